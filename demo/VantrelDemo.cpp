@@ -1,0 +1,178 @@
+// Sample client module: a main dialog showing what the library does.
+//
+//   vantrel_demo.exe                       opens the dialog for a user
+//   vantrel_demo.exe --screenshot out.png  renders the dialog, writes a PNG of it and exits
+#include "DemoIds.h"
+#include "Screenshot.h"
+
+#include "frame/VantrelBase.h"
+
+#include "Norvane.h"
+
+#include <commctrl.h>
+#include <objbase.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+struct DemoRow {
+    std::wstring example;
+    std::wstring result;
+};
+
+std::wstring Widen(char const* text) {
+    wchar_t* w = NVMakeUNICODEWindowText(text, -1, 0);
+    std::wstring s = w ? w : L"";
+    NVFreeUNICODEWindowText(w);
+    return s;
+}
+
+std::vector<DemoRow> BuildRows() {
+    std::vector<DemoRow> rows;
+    wchar_t buf[512];
+
+    // One call, two languages: the German text puts its placeholders the other way round.
+    wchar_t const* english = L"\u00a71!d! tickets sold for \u00a72";
+    wchar_t const* german = L"F\u00fcr \u00a72 wurden \u00a71!d! Karten verkauft";
+    SNPrintf(buf, 512, english, 42, L"Hamlet");
+    rows.push_back({L"Message, English order", buf});
+    SNPrintf(buf, 512, german, 42, L"Hamlet");
+    rows.push_back({L"Message, German order", buf});
+    SNPrintf(buf, 512, L"Seat %-4s row %02d, %.2f EUR", L"12A", 7, 39.5);
+    rows.push_back({L"printf codes", buf});
+
+    unsigned short const langs[] = {1033, 1031, 1045};
+    wchar_t const* names[] = {L"English", L"German", L"Polish"};
+    for (int i = 0; i < 3; ++i) {
+        SNPrintf(buf, 512, GSRCW(NV_IDS_FIELD_EMPTY, langs[i]), L"Name");
+        rows.push_back({std::wstring(L"Empty field check, ") + names[i], buf});
+    }
+    for (int i = 0; i < 3; ++i) {
+        SNPrintf(buf, 512, GSRCW(NV_IDS_OUT_OF_RANGE, langs[i]), L"1", L"99");
+        rows.push_back({std::wstring(L"Range check, ") + names[i], buf});
+    }
+
+    char text[256] = "  Parkett, Reihe 7  ";
+    StrTrim(text);
+    rows.push_back({L"StrTrim", L"[" + Widen(text) + L"]"});
+    char label[64] = "&Save && close";
+    DelChar(label, '&');
+    rows.push_back({L"DelChar of '&'", Widen(label)});
+
+    DynaArrayTpl<int> prices;
+    int const values[] = {45, 12, 30, 12, 99};
+    for (int v : values)
+        prices.Add(v);
+    prices.Sort([](void const* a, void const* b) { return *static_cast<int const*>(a) - *static_cast<int const*>(b); });
+    std::wstring sorted;
+    for (int i = 0; i < prices.GetCount(); ++i)
+        sorted += (i ? L", " : L"") + std::to_wstring(*prices.Get(i));
+    rows.push_back({L"DynaArray sorted", sorted});
+
+    wchar_t module[MAX_PATH] = L"";
+    GetModuleFileNameW(VTRGetInstance(), module, MAX_PATH);
+    rows.push_back({L"Controls library", module});
+
+    try {
+        Throw(0, "Line \xA7" "1!d!: '\xA7" "2' is not a number", 17, "12x");
+    } catch (NVThrowData const& e) {
+        rows.push_back({L"Throw and catch", Widen(e.GetText())});
+    }
+    return rows;
+}
+
+void FillList(HWND hList) {
+    SendMessageW(hList, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES);
+    LVCOLUMNW col{};
+    col.mask = LVCF_TEXT | LVCF_WIDTH;
+    col.cx = 190;
+    col.pszText = const_cast<wchar_t*>(L"Example");
+    SendMessageW(hList, LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&col));
+    col.cx = 420;
+    col.pszText = const_cast<wchar_t*>(L"Result");
+    SendMessageW(hList, LVM_INSERTCOLUMNW, 1, reinterpret_cast<LPARAM>(&col));
+    int row = 0;
+    for (DemoRow const& r : BuildRows()) {
+        LVITEMW item{};
+        item.mask = LVIF_TEXT;
+        item.iItem = row;
+        item.pszText = const_cast<wchar_t*>(r.example.c_str());
+        SendMessageW(hList, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
+        item.iSubItem = 1;
+        item.pszText = const_cast<wchar_t*>(r.result.c_str());
+        SendMessageW(hList, LVM_SETITEMTEXTW, row, reinterpret_cast<LPARAM>(&item));
+        ++row;
+    }
+}
+
+INT_PTR CALLBACK MainDlgProc(HWND hDlg, UINT uMsg, WPARAM wParam, LPARAM) {
+    switch (uMsg) {
+    case WM_INITDIALOG:
+        FillList(GetDlgItem(hDlg, IDC_DEMO_LIST));
+        return TRUE;
+    case WM_COMMAND:
+        if (LOWORD(wParam) == IDCANCEL || LOWORD(wParam) == IDOK) {
+            DestroyWindow(hDlg);
+            return TRUE;
+        }
+        break;
+    case WM_DESTROY:
+        PostQuitMessage(0);
+        return TRUE;
+    }
+    return FALSE;
+}
+
+void PumpFor(DWORD ms) {
+    DWORD start = GetTickCount();
+    MSG msg;
+    while (GetTickCount() - start < ms) {
+        while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
+            TranslateMessage(&msg);
+            DispatchMessageW(&msg);
+        }
+        Sleep(10);
+    }
+}
+
+} // namespace
+
+int WINAPI wWinMain(HINSTANCE hInstance, HINSTANCE, PWSTR, int nShow) {
+    int argc = 0;
+    wchar_t** argv = CommandLineToArgvW(GetCommandLineW(), &argc);
+    wchar_t const* screenshot = nullptr;
+    for (int i = 1; i + 1 < argc; ++i)
+        if (lstrcmpW(argv[i], L"--screenshot") == 0)
+            screenshot = argv[i + 1];
+
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE);
+    INITCOMMONCONTROLSEX icc{sizeof(icc), ICC_WIN95_CLASSES | ICC_DATE_CLASSES | ICC_STANDARD_CLASSES};
+    InitCommonControlsEx(&icc);
+    NVSetAppName("Vantrel demo");
+
+    HWND hDlg = CreateDialogParamW(hInstance, MAKEINTRESOURCEW(IDD_DEMO_MAIN), nullptr, MainDlgProc, 0);
+    if (!hDlg)
+        return 1;
+    int rc = 0;
+    if (screenshot) {
+        SetWindowPos(hDlg, HWND_TOP, 0, 0, 0, 0, SWP_NOSIZE | SWP_SHOWWINDOW);
+        UpdateWindow(hDlg);
+        PumpFor(800);
+        rc = SaveWindowScreenshot(hDlg, screenshot) ? 0 : 2;
+        DestroyWindow(hDlg);
+    } else {
+        ShowWindow(hDlg, nShow);
+        MSG msg;
+        while (GetMessageW(&msg, nullptr, 0, 0) > 0) {
+            if (!IsDialogMessageW(hDlg, &msg)) {
+                TranslateMessage(&msg);
+                DispatchMessageW(&msg);
+            }
+        }
+    }
+    LocalFree(argv);
+    CoUninitialize();
+    return rc;
+}
