@@ -12,7 +12,7 @@ fi
 cd "$VTR_BUILD_DIR"
 # Create the Wine prefix once, outside the timed tests.
 "$root/scripts/wine-run.sh" cmd /c exit 0 >/dev/null 2>&1 || true
-rm -rf test-results
+rm -rf test-results; mkdir -p test-results
 status=0
 xvfb-run -a -s "-screen 0 1280x1024x24" ctest --output-on-failure -j"$(nproc)" "$@" || status=$?
 # CTest counts one test per program; the programs' own counts say how many cases ran.
