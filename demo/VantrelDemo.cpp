@@ -65,7 +65,9 @@ std::vector<DemoRow> BuildRows() {
     int const values[] = {45, 12, 30, 12, 99};
     for (int v : values)
         prices.Add(v);
-    prices.Sort([](void const* a, void const* b) { return *static_cast<int const*>(a) - *static_cast<int const*>(b); });
+    prices.Sort([](void const* a, void const* b) {
+        return *static_cast<int const*>(a) - *static_cast<int const*>(b);
+    });
     std::wstring sorted;
     for (int i = 0; i < prices.GetCount(); ++i)
         sorted += (i ? L", " : L"") + std::to_wstring(*prices.Get(i));
@@ -76,7 +78,11 @@ std::vector<DemoRow> BuildRows() {
     rows.push_back({L"Controls library", module});
 
     try {
-        Throw(0, "Line \xA7" "1!d!: '\xA7" "2' is not a number", 17, "12x");
+        Throw(0,
+              "Line \xA7"
+              "1!d!: '\xA7"
+              "2' is not a number",
+              17, "12x");
     } catch (NVThrowData const& e) {
         rows.push_back({L"Throw and catch", Widen(e.GetText())});
     }

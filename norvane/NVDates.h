@@ -11,11 +11,11 @@
 #include <windows.h>
 
 enum NVDateTimeFormatStringType {
-    NVDT_DATE = 1,          // date cells: read and written, e.g. "dd.MM.yyyy"
-    NVDT_TIME = 2,          // hours and minutes, e.g. "HH:mm"
-    NVDT_TIME_SECONDS = 6,  // with seconds, e.g. "HH:mm:ss"
-    NVDT_DATE_SHORTYEAR = 7,// two-digit year, e.g. "dd.MM.yy"
-    NVDT_DATE_WEEKDAY = 10, // with the weekday, e.g. "ddd dd.MM.yyyy"
+    NVDT_DATE = 1,           // date cells: read and written, e.g. "dd.MM.yyyy"
+    NVDT_TIME = 2,           // hours and minutes, e.g. "HH:mm"
+    NVDT_TIME_SECONDS = 6,   // with seconds, e.g. "HH:mm:ss"
+    NVDT_DATE_SHORTYEAR = 7, // two-digit year, e.g. "dd.MM.yy"
+    NVDT_DATE_WEEKDAY = 10,  // with the weekday, e.g. "ddd dd.MM.yyyy"
 };
 
 // A format text such as "dd.MM.yyyy" for the language (0: current).
@@ -40,13 +40,14 @@ NV_API long String2DateTime(char const* text);
 NV_API long String2DateTime(wchar_t const* text);
 NV_API long String2DateTimeUSFormat(char const* text);
 
-NV_API bool String2SYSTEMTIME(char const* text, char const* lpszFormat, SYSTEMTIME& st, bool b1, bool b2, bool b3);
-NV_API bool String2SYSTEMTIME(wchar_t const* text, wchar_t const* lpszFormat, SYSTEMTIME& st, bool b1, bool b2,
+NV_API bool String2SYSTEMTIME(char const* text, char const* lpszFormat, SYSTEMTIME& st, bool b1, bool b2,
                               bool b3);
+NV_API bool String2SYSTEMTIME(wchar_t const* text, wchar_t const* lpszFormat, SYSTEMTIME& st, bool b1,
+                              bool b2, bool b3);
 NV_API bool SYSTEMTIME2String(char* out, char const* lpszFormat, SYSTEMTIME& st);
 
-NV_API void Time_tToSystemTime(long t, SYSTEMTIME* pst, unsigned long dwTZ, bool bUTC = false, int* pDST = nullptr,
-                               long reserved = 999);
+NV_API void Time_tToSystemTime(long t, SYSTEMTIME* pst, unsigned long dwTZ, bool bUTC = false,
+                               int* pDST = nullptr, long reserved = 999);
 NV_API long SystemTimeToTime_t(SYSTEMTIME* pst, unsigned long dwTZ, bool bUTC = false);
 
 NV_API long NVAddDays(long t, int iDays, unsigned long dwTZ);

@@ -20,16 +20,18 @@ NV_API bool FormatNumber(double value, char const* lpszFormat, char* out, int si
 
 // The default format text for the type and language (0: current). bAmountsWithoutDecimals asks for
 // the form without decimal places.
-NV_API char const* NVGetNumberFormatString(NVNumberFormatStringType type, unsigned short wLangID, bool bAmountsWithoutDecimals);
+NV_API char const* NVGetNumberFormatString(NVNumberFormatStringType type, unsigned short wLangID,
+                                           bool bAmountsWithoutDecimals);
 
 // Splits a format text into the NUMBERFMT and its two separator strings. The NUMBERFMT's separator
 // pointers point into the given buffers (or into static storage when a buffer is null).
-NV_API bool NVExtractNumberFormat(char const* lpszFormat, NUMBERFMTA& nf, char* lpszDecimal, unsigned int cbDecimal,
-                                  char* lpszThousand, unsigned int cbThousand);
+NV_API bool NVExtractNumberFormat(char const* lpszFormat, NUMBERFMTA& nf, char* lpszDecimal,
+                                  unsigned int cbDecimal, char* lpszThousand, unsigned int cbThousand);
 
 // Parses text written per the format (grouping, separators, negative forms). first/last receive the
 // start and end of the number within text when given.
-NV_API bool NVIsValidDouble(char* text, char const* lpszFormat, double& out, char const** first, char const** last);
+NV_API bool NVIsValidDouble(char* text, char const* lpszFormat, double& out, char const** first,
+                            char const** last);
 
 // Commercial rounding (halves away from zero) to digits places.
 NV_API double Runden(double value, unsigned int digits);

@@ -18,7 +18,11 @@ struct Guard {
 };
 void ImportLine(int line, char const* text, int& released) {
     Guard g{released};
-    Throw(0, "Invalid numerical value in line \xA7" "1!d!. '\xA7" "2'", line, text);
+    Throw(0,
+          "Invalid numerical value in line \xA7"
+          "1!d!. '\xA7"
+          "2'",
+          line, text);
 }
 
 TEST(Throw, CarriesTheFormattedTextToTheCatchAcrossModules) {
@@ -60,7 +64,11 @@ TEST(Throw, CarriesTheFormattedTextToTheCatchAcrossModules) {
 TEST(MsgBoxSink, RecordsFormattedBoxesAndAnswersAsScripted) {
     vtrtest::MsgBoxRecorder boxes;
     NVSetAppName("Kasse");
-    EXPECT_EQ(IDOK, NVMsgBox(nullptr, nullptr, 0x10010, "\xA7" "2 of \xA7" "1!d! seats left", 80, "Four"));
+    EXPECT_EQ(IDOK, NVMsgBox(nullptr, nullptr, 0x10010,
+                             "\xA7"
+                             "2 of \xA7"
+                             "1!d! seats left",
+                             80, "Four"));
     ASSERT_EQ(1u, boxes.count());
     EXPECT_EQ(L"Kasse", boxes.last().title) << "a box without title takes the application's name";
     EXPECT_EQ(L"Four of 80 seats left", boxes.last().text);
@@ -70,7 +78,10 @@ TEST(MsgBoxSink, RecordsFormattedBoxesAndAnswersAsScripted) {
     EXPECT_EQ(IDNO, NVMsgBoxW(nullptr, L"Frage", MB_YESNO | MB_SETFOREGROUND, L"Delete \u00a71?", L"row"));
     EXPECT_EQ(L"Frage", boxes.last().title);
     EXPECT_EQ(L"Delete row?", boxes.last().text);
-    EXPECT_EQ(IDNO, NVMessageBox(nullptr, "plain \xA7" "1", "T", MB_YESNO | MB_DEFBUTTON2))
+    EXPECT_EQ(IDNO, NVMessageBox(nullptr,
+                                 "plain \xA7"
+                                 "1",
+                                 "T", MB_YESNO | MB_DEFBUTTON2))
         << "no script: the default button";
     EXPECT_EQ(L"plain \u00a71", boxes.last().text) << "plain boxes do not format";
     EXPECT_EQ(IDCANCEL, NVMessageBox(nullptr, "x", "T", MB_YESNOCANCEL | MB_DEFBUTTON3));
@@ -90,7 +101,8 @@ TEST(ErrorTexts, LogAndSystemTexts) {
     SetLastError(ERROR_ACCESS_DENIED);
     std::string denied = GetLastErrorText(buf, sizeof buf, 0, 0);
     EXPECT_FALSE(denied.empty());
-    EXPECT_EQ(denied, GetLastErrorText(buf, sizeof buf, ERROR_ACCESS_DENIED, 0)) << "code 0 is the last error";
+    EXPECT_EQ(denied, GetLastErrorText(buf, sizeof buf, ERROR_ACCESS_DENIED, 0))
+        << "code 0 is the last error";
     EXPECT_NE('\n', denied.back()) << "no trailing line break";
     EXPECT_STREQ("Error 4294967 (0x00418937)", GetLastErrorText(buf, sizeof buf, 4294967, 0));
     char tiny[8];
@@ -99,11 +111,16 @@ TEST(ErrorTexts, LogAndSystemTexts) {
 
     vtrtest::TempDir dir;
     std::string log = dir.File("Webcam.log");
-    EXPECT_GT(WriteToLog(log.c_str(), "graph \xA7" "1 failed: 0x%08X", "Preview"), 0);
+    EXPECT_GT(WriteToLog(log.c_str(),
+                         "graph \xA7"
+                         "1 failed: 0x%08X",
+                         "Preview"),
+              0);
     EXPECT_GT(WriteToLog(log.c_str(), "second %d", 2), 0);
     std::string text = vtrtest::ReadFileBytes(log);
     ASSERT_EQ(2, std::count(text.begin(), text.end(), '\n')) << text;
-    EXPECT_NE(std::string::npos, text.find(" graph Preview failed: 0x%08X\r\n")) << "a message text keeps '%'";
+    EXPECT_NE(std::string::npos, text.find(" graph Preview failed: 0x%08X\r\n"))
+        << "a message text keeps '%'";
     EXPECT_NE(std::string::npos, text.find(" second 2\r\n"));
     EXPECT_EQ(-1, WriteToLog((dir.path() + "\\no\\such\\dir.log").c_str(), "x"));
     EXPECT_EQ(-1, WriteToLog(nullptr, "x"));

@@ -111,8 +111,10 @@ TEST(UnicodeWindowText, ConvertsInTheCurrentCodePage) {
 
 TEST(GSRC, AnswersInEachLanguageAndFallsBack) {
     EXPECT_EQ(std::wstring(L"The field '\u00a71' must be filled in."), GSRCW(NV_IDS_FIELD_EMPTY, 1033));
-    EXPECT_EQ(std::wstring(L"Das Feld '\u00a71' muss ausgef\u00fcllt werden."), GSRCW(NV_IDS_FIELD_EMPTY, 1031));
-    EXPECT_EQ(std::wstring(L"Pole '\u00a71' musi zosta\u0107 wype\u0142nione."), GSRCW(NV_IDS_FIELD_EMPTY, 1045));
+    EXPECT_EQ(std::wstring(L"Das Feld '\u00a71' muss ausgef\u00fcllt werden."),
+              GSRCW(NV_IDS_FIELD_EMPTY, 1031));
+    EXPECT_EQ(std::wstring(L"Pole '\u00a71' musi zosta\u0107 wype\u0142nione."),
+              GSRCW(NV_IDS_FIELD_EMPTY, 1045));
     EXPECT_EQ(std::wstring(GSRCW(NV_IDS_FIELD_EMPTY, 1031)), GSRCW(NV_IDS_FIELD_EMPTY, 2055))
         << "Swiss German falls back to German";
     EXPECT_EQ(std::wstring(GSRCW(NV_IDS_FIELD_EMPTY, 1033)), GSRCW(NV_IDS_FIELD_EMPTY, 1036))
@@ -121,7 +123,9 @@ TEST(GSRC, AnswersInEachLanguageAndFallsBack) {
 
     NVSetCurrentLangID(1031);
     NVSetCurCodePage(1252);
-    EXPECT_STREQ("Das Feld '\xA7" "1' muss ausgef\xFCllt werden.", GSRC(NV_IDS_FIELD_EMPTY, 0));
+    EXPECT_STREQ("Das Feld '\xA7"
+                 "1' muss ausgef\xFCllt werden.",
+                 GSRC(NV_IDS_FIELD_EMPTY, 0));
     NVSetCurrentLangID(0);
     NVSetCurCodePage(0);
 }
