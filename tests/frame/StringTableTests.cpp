@@ -4,11 +4,15 @@
 
 #include "harness/TestHost.h"
 
+#include "DynaArray.h"
+#include "NVFormat.h"
 #include "NVLanguage.h"
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -82,7 +86,7 @@ TEST_F(StringTable, EnsureLanguageReloadsOnlyAfterAChange) {
 }
 
 TEST_F(StringTable, UnknownIdsGiveAnEmptyTextNeverNull) {
-    for (DWORD dwID : {0ul, 14ul, 17ul, 65535ul, 0xFFFFFFFFul}) {
+    for (DWORD dwID : {0ul, 20ul, 28ul, 95ul, 510ul, 516ul, 65535ul, 0xFFFFFFFFul}) {
         char const* lpsz = VTRStringTable::GetText(dwID);
         wchar_t const* lpwsz = VTRStringTable::GetTextW(dwID, kGerman);
         ASSERT_NE(nullptr, lpsz) << dwID;
@@ -188,6 +192,52 @@ TEST_F(StringTable, SetStringsReplacesTheTableAndHoldsItAcrossSwitches) {
 
     VTRStringTable::Free();
     EXPECT_STREQ("", VTRStringTable::GetText(7));
+}
+
+// The placeholders of a text as number and type, e.g. {"1:d", "2:s"}.
+std::set<std::wstring> Placeholders(wchar_t const* text) {
+    std::set<std::wstring> result;
+    DynaArrayTpl<NVFormatMessageFormat, 0, 0> found;
+    NVScanFormatString(text, found);
+    for (int i = 0; i < found.GetCount(); ++i)
+        result.insert(std::to_wstring(found.Get(i)->iNumber) + L":" + found.Get(i)->szFormat);
+    return result;
+}
+
+TEST_F(StringTable, EveryLibraryTextExistsInAllThreeLanguagesWithTheSamePlaceholders) {
+    // One pass per language: every switch costs a reload.
+    std::vector<std::wstring> texts[3];
+    WORD const langs[3] = {kEnglish, kGerman, kPolish};
+    for (int l = 0; l < 3; ++l) {
+        NVSetCurrentLangID(langs[l]);
+        for (DWORD dwID = 0; dwID < 1024; ++dwID)
+            texts[l].push_back(VTRStringTable::GetTextW(dwID));
+    }
+    int iTexts = 0;
+    for (DWORD dwID = 0; dwID < 1024; ++dwID) {
+        std::wstring const& english = texts[0][dwID];
+        std::wstring const& german = texts[1][dwID];
+        std::wstring const& polish = texts[2][dwID];
+        EXPECT_EQ(english.empty(), german.empty()) << "id " << dwID << ": " << W(english.c_str());
+        EXPECT_EQ(english.empty(), polish.empty()) << "id " << dwID << ": " << W(english.c_str());
+        if (english.empty())
+            continue;
+        ++iTexts;
+        EXPECT_EQ(Placeholders(english.c_str()), Placeholders(german.c_str()))
+            << "id " << dwID << ": " << W(german.c_str());
+        EXPECT_EQ(Placeholders(english.c_str()), Placeholders(polish.c_str()))
+            << "id " << dwID << ": " << W(polish.c_str());
+    }
+    EXPECT_GE(iTexts, 90);
+
+    NVSetCurrentLangID(kEnglish);
+    EXPECT_EQ(
+        "The Hot key combination '§1' is already being used for  '§2' .\nDo you still want to execute the "
+        "assignment and undo the original assignment. ",
+        W(VTRStringTable::GetTextW(IDS_VTR_HOTKEY_IN_USE)))
+        << "texts keep their spaces and line breaks";
+    EXPECT_EQ("1)\tA maximum of §1!u! data sets can be imported at once.\nPlease reduce the import data.",
+              W(VTRStringTable::GetTextW(IDS_VTR_IMPORT_MAX_LINES)));
 }
 
 } // namespace
