@@ -5,6 +5,8 @@
 #include "DemoIds.h"
 #include "Screenshot.h"
 
+#include "frame/VTRStringIds.h"
+#include "frame/VTRStringTable.h"
 #include "frame/VantrelBase.h"
 
 #include "Norvane.h"
@@ -53,6 +55,22 @@ std::vector<DemoRow> BuildRows() {
         SNPrintf(buf, 512, GSRCW(NV_IDS_OUT_OF_RANGE, langs[i]), L"1", L"99");
         rows.push_back({std::wstring(L"Range check, ") + names[i], buf});
     }
+
+    // Numbers, dates and the library's own texts as each language writes them.
+    long const tShow = 1795441500; // 23.11.2026 13:45 in Central Europe
+    for (int i = 0; i < 3; ++i) {
+        NVSetCurrentLangID(langs[i]);
+        char num[100], date[100];
+        FormatNumber(-1234567.891, NVGetNumberFormatString(NVNF_DEFAULT, 0, false), num, sizeof num);
+        FormatDateTime(tShow, NVGetDateTimeFormatString(NVDT_DATE_WEEKDAY, 0), NVGetDateTimeFormatString(NVDT_TIME, 0),
+                       date, sizeof date, 0);
+        std::wstring texts = std::wstring(VTRStringTable::GetTextW(IDS_VTR_YES)) + L" / " +
+                             VTRStringTable::GetTextW(IDS_VTR_NO) + L" / " + VTRStringTable::GetTextW(IDS_VTR_DIFFERENT);
+        rows.push_back({std::wstring(L"Amount, ") + names[i], Widen(num)});
+        rows.push_back({std::wstring(L"Date and time, ") + names[i], Widen(date)});
+        rows.push_back({std::wstring(L"Library texts, ") + names[i], texts});
+    }
+    NVSetCurrentLangID(0);
 
     char text[256] = "  Parkett, Reihe 7  ";
     StrTrim(text);
