@@ -296,37 +296,37 @@ void EmitConversion(Output<CharT>& out, Conversion const& cv, ArgValue const& v,
         return;
     }
     // Numbers go through the C runtime's 8-bit formatting; their characters are plain ASCII.
-    std::string spec = "%" + cv.flags;
+    std::string pattern = "%" + cv.flags;
     if (width >= 0)
-        spec += std::to_string(width);
+        pattern += std::to_string(width);
     if (precision >= 0)
-        spec += "." + std::to_string(precision);
-    spec += cv.lengthMod;
-    spec += cv.cConv;
+        pattern += "." + std::to_string(precision);
+    pattern += cv.lengthMod;
+    pattern += cv.cConv;
     std::vector<char> tmp(64);
     for (int attempt = 0; attempt < 2; ++attempt) {
         int len = 0;
         switch (v.kind) {
         case ArgKind::Int32:
-            len = std::snprintf(tmp.data(), tmp.size(), spec.c_str(), static_cast<int>(v.i));
+            len = std::snprintf(tmp.data(), tmp.size(), pattern.c_str(), static_cast<int>(v.i));
             break;
         case ArgKind::UInt32:
-            len = std::snprintf(tmp.data(), tmp.size(), spec.c_str(), static_cast<unsigned int>(v.u));
+            len = std::snprintf(tmp.data(), tmp.size(), pattern.c_str(), static_cast<unsigned int>(v.u));
             break;
         case ArgKind::Int64:
-            len = std::snprintf(tmp.data(), tmp.size(), spec.c_str(), v.i);
+            len = std::snprintf(tmp.data(), tmp.size(), pattern.c_str(), v.i);
             break;
         case ArgKind::UInt64:
-            len = std::snprintf(tmp.data(), tmp.size(), spec.c_str(), v.u);
+            len = std::snprintf(tmp.data(), tmp.size(), pattern.c_str(), v.u);
             break;
         case ArgKind::Double:
-            len = std::snprintf(tmp.data(), tmp.size(), spec.c_str(), v.d);
+            len = std::snprintf(tmp.data(), tmp.size(), pattern.c_str(), v.d);
             break;
         case ArgKind::LongDouble:
-            len = std::snprintf(tmp.data(), tmp.size(), spec.c_str(), v.ld);
+            len = std::snprintf(tmp.data(), tmp.size(), pattern.c_str(), v.ld);
             break;
         case ArgKind::Ptr:
-            len = std::snprintf(tmp.data(), tmp.size(), spec.c_str(), v.p);
+            len = std::snprintf(tmp.data(), tmp.size(), pattern.c_str(), v.p);
             break;
         default:
             return;
