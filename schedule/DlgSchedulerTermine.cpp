@@ -1,0 +1,518 @@
+// Expansion of a ScheduleData record into dates, the comparison of records and the duration text.
+#include "schedule/DlgScheduler.h"
+
+#include "frame/VTRStringIds.h"
+#include "frame/VTRStringTable.h"
+#include "norvane/NVDates.h"
+#include "norvane/NVErrors.h"
+#include "norvane/NVFormat.h"
+#include "norvane/NVLanguage.h"
+#include "norvane/NVMsgBox.h"
+#include "norvane/NVStrings.h"
+
+#include <cstring>
+
+namespace {
+
+// The messages name the place of the failure by the source's base name, as every error of the
+// library's long operations does, so that a report from the field leads to the line.
+char const* SourceBaseName() {
+    char const* lpszName = __FILE__;
+    for (char const* p = lpszName; *p; ++p)
+        if (*p == '/' || *p == '\\')
+            lpszName = p + 1;
+    return lpszName;
+}
+
+// Norvane's Throw turns a non-zero code into a failed-call report with a system text; these
+// failures carry a message of our own string table and its id as the code, so the exception is
+// built directly.
+[[noreturn]] void Fail(unsigned long dwMessageId, int iLine) {
+    char szText[1024];
+    SNPrintf(szText, sizeof szText, VTRStringTable::GetText(dwMessageId), SourceBaseName(), iLine);
+    throw NVThrowData(static_cast<int>(dwMessageId), szText);
+}
+
+#define SCHEDULE_FAIL(id) Fail(id, __LINE__)
+
+// Weekday of a calendar day, 0 = Sunday: it does not depend on the zone, and the ordinal search
+// runs for every generated month, so it is computed rather than converted.
+int DayOfWeek(int iYear, int iMonth, int iDay) {
+    static int const s_aiOffset[] = {0, 3, 2, 5, 0, 3, 5, 1, 4, 6, 2, 4};
+    if (iMonth < 3)
+        iYear -= 1;
+    return (iYear + iYear / 4 - iYear / 100 + iYear / 400 + s_aiOffset[(iMonth - 1) % 12] + iDay) % 7;
+}
+
+bool IsLast(BYTE bOrdinal) {
+    return bOrdinal > SCHEDULE_ORD_FOURTH;
+}
+
+// Sets wDay (and wDayOfWeek) of st to the ordinal day of the kind in st's month; the rest of st is
+// left alone.
+void FindOrdinalDay(BYTE bOrdinal, BYTE bKind, SYSTEMTIME& st) {
+    int iLast = GetLastDayInMonth(st.wMonth, st.wYear);
+    int iDay;
+    if (!IsLast(bOrdinal)) {
+        int n = bOrdinal;
+        iDay = 1;
+        int iDow = DayOfWeek(st.wYear, st.wMonth, 1);
+        if (bKind <= 6) {
+            iDay += (bKind - iDow + 7) % 7 + n * 7;
+        } else if (bKind == SCHEDULE_KIND_DAY) {
+            iDay += n;
+        } else if (bKind == SCHEDULE_KIND_WORKDAY) {
+            // Saturday is a workday here; only Sundays are passed over.
+            if (iDow == 0) {
+                iDay = 2;
+                iDow = 1;
+            }
+            for (int i = 0; i < n; ++i) {
+                ++iDay;
+                iDow = (iDow + 1) % 7;
+                if (iDow == 0) {
+                    ++iDay;
+                    iDow = 1;
+                }
+            }
+        } else if (bKind == SCHEDULE_KIND_WEEKEND) {
+            // The later weekend ordinals count Saturdays: the second day of weekend is the next
+            // week's Saturday, not the Sunday after the first Saturday.
+            if (iDow >= 1 && iDow <= 5) {
+                iDay += 6 - iDow;
+                iDow = 6;
+            }
+            if (n > 0)
+                iDay += iDow == 6 ? n * 7 : 6 + (n - 1) * 7;
+        }
+    } else {
+        iDay = iLast;
+        int iDow = DayOfWeek(st.wYear, st.wMonth, iLast);
+        if (bKind <= 6)
+            iDay -= (iDow - bKind + 7) % 7;
+        else if (bKind == SCHEDULE_KIND_WORKDAY && iDow == 0)
+            iDay -= 1;
+        else if (bKind == SCHEDULE_KIND_WEEKEND && iDow >= 1 && iDow <= 5)
+            iDay -= iDow;
+    }
+    st.wDay = static_cast<WORD>(iDay);
+    st.wDayOfWeek = static_cast<WORD>(DayOfWeek(st.wYear, st.wMonth, iDay));
+}
+
+// One run of the generation over one record. It throws NVThrowData on failure; CreateTermine
+// catches it.
+class TerminGenerator {
+public:
+    TerminGenerator(ScheduleData& sd, ScheduleTerminArray& daTermine, int& iCurrent, long tNow, bool bAll)
+        : m_sd(sd), m_daTermine(daTermine), m_iCurrent(iCurrent), m_tNow(tNow), m_bAll(bAll) {}
+
+    void Run(long tEventDate);
+
+private:
+    bool CanWalk() const;
+    bool CountReached() const { return m_daTermine.m_iCount + static_cast<long long>(m_iBase) >= m_llMaxCount; }
+    void RefreshWalk() { Time_tToSystemTime(m_tWalk, &m_stWalk, m_sd.dwTimeZone, false, nullptr, 999); }
+    void AddTermin(SYSTEMTIME& st);
+    void StepDaily();
+    void StepWeekly();
+    void StepMonthly();
+    void StepYearly();
+
+    ScheduleData& m_sd;
+    ScheduleTerminArray& m_daTermine;
+    int& m_iCurrent;
+    long const m_tNow;
+    bool const m_bAll;
+
+    int m_iDuration = 0;
+    long long m_llMaxCount = 0;
+    long m_tLimit = 0;
+    int m_iBase = 0;
+    long m_tWalk = 0;
+    long m_tPrevEnd = 0;
+    bool m_bFirstPass = true;
+    SYSTEMTIME m_stStart{};
+    SYSTEMTIME m_stWalk{};
+};
+
+// Values that the dialog never lets through would make a pattern step stand still; such a record
+// describes no dates.
+bool TerminGenerator::CanWalk() const {
+    switch (m_sd.bPattern) {
+    case SCHEDULE_DAILY:
+        if (m_sd.bDailyMode == SCHEDULE_DAILY_INTERVAL)
+            return m_sd.wDayInterval > 0;
+        return m_sd.bDailyMode == SCHEDULE_DAILY_WORKDAYS || m_sd.bDailyMode == SCHEDULE_DAILY_WEEKEND;
+    case SCHEDULE_WEEKLY:
+        return true;
+    case SCHEDULE_MONTHLY:
+        if (m_sd.bMonthInterval == 0)
+            return false;
+        return (m_sd.bMonthlyMode == 0 && m_sd.bMonthDay > 0) || m_sd.bMonthlyMode == 1;
+    case SCHEDULE_YEARLY:
+        if (m_sd.bYearMonth > 11)
+            return false;
+        return (m_sd.bYearlyMode == 0 && m_sd.bYearDay > 0) || m_sd.bYearlyMode == 1;
+    default:
+        return false;
+    }
+}
+
+void TerminGenerator::Run(long tEventDate) {
+    m_iDuration = NVGetTime_tDiv(m_sd.tEnd, m_sd.tStart, m_sd.dwTimeZone);
+    if (m_iDuration < 0)
+        SCHEDULE_FAIL(VTR_IDS_SCHEDULE_NEGATIVE_DURATION);
+
+    if (m_sd.bEndMode == SCHEDULE_END_COUNT) {
+        m_llMaxCount = m_sd.wEndCount;
+        m_tLimit = TERMIN_MAX_DATE;
+    } else if (m_sd.bEndMode == SCHEDULE_END_DATE) {
+        m_llMaxCount = 0x7FFFFFFF;
+        m_tLimit = m_sd.tSeriesEnd;
+    } else {
+        m_sd.tSeriesEnd = tEventDate;
+        m_llMaxCount = 0x7FFFFFFF;
+        m_tLimit = tEventDate;
+    }
+
+    Time_tToSystemTime(m_sd.tStart, &m_stStart, m_sd.dwTimeZone, false, nullptr, 999);
+
+    long tFrom = m_sd.tSeriesStart;
+    if (!m_bAll && (m_sd.bFlags & SCHEDULE_FLAG_RESTART_VALID)) {
+        m_iBase = m_sd.wRestartIndex;
+        tFrom = m_sd.tRestartDate;
+    }
+    m_tWalk = NVGetBeginOfDay(tFrom, m_sd.dwTimeZone);
+    m_daTermine.iFirstTerminIndex = m_iBase;
+    m_sd.bFlags &= ~SCHEDULE_FLAG_RESTART_VALID;
+    m_bFirstPass = true;
+
+    if (!CanWalk())
+        return;
+
+    for (;;) {
+        if (CountReached() || m_tWalk >= m_tLimit)
+            return;
+        RefreshWalk();
+        long tBefore = m_tWalk;
+        switch (m_sd.bPattern) {
+        case SCHEDULE_DAILY:
+            StepDaily();
+            break;
+        case SCHEDULE_WEEKLY:
+            StepWeekly();
+            break;
+        case SCHEDULE_MONTHLY:
+            StepMonthly();
+            break;
+        case SCHEDULE_YEARLY:
+            StepYearly();
+            break;
+        }
+        // Every step moves forward; a walk that comes out behind where it was has left the
+        // 32-bit range (the conversions wrap or answer -1 there).
+        if (m_tWalk < tBefore)
+            SCHEDULE_FAIL(VTR_IDS_SCHEDULE_BEYOND_MAX_DATE);
+        m_bFirstPass = false;
+        if (m_iCurrent >= 0 && !m_bAll && (m_sd.bFlags & SCHEDULE_FLAG_MORE_DATES))
+            return;
+    }
+}
+
+void TerminGenerator::AddTermin(SYSTEMTIME& st) {
+    st.wHour = m_stStart.wHour;
+    st.wMinute = m_stStart.wMinute;
+    st.wSecond = m_stStart.wSecond;
+    long tBegin = SystemTimeToTime_t(&st, m_sd.dwTimeZone, false);
+    if (tBegin < 0)
+        SCHEDULE_FAIL(VTR_IDS_SCHEDULE_BEYOND_MAX_DATE);
+    long tFinish = NVAddToTime_t(tBegin, m_iDuration, m_sd.dwTimeZone);
+    // The duration is not negative here, so an end before the begin has wrapped past 32 bits.
+    if (tFinish < 0 || tFinish < tBegin)
+        SCHEDULE_FAIL(VTR_IDS_SCHEDULE_BEYOND_MAX_DATE);
+
+    // Dates at or after the end are not part of the series, nor dates of the first month or year
+    // that are over before the series starts.
+    if (tBegin >= m_tLimit || tFinish < m_tWalk)
+        return;
+
+    ScheduleTermin termin;
+    termin.tStart = tBegin > m_tWalk ? tBegin : m_tWalk;
+    termin.tEnd = tFinish < m_tLimit ? tFinish : m_tLimit;
+    if (m_tPrevEnd > termin.tStart)
+        SCHEDULE_FAIL(VTR_IDS_SCHEDULE_OVERLAP);
+
+    int iIndex = m_daTermine.Add(termin);
+    if (iIndex < 0)
+        Throw(ERROR_NOT_ENOUGH_MEMORY, "DynaArray::Add");
+    m_tPrevEnd = termin.tEnd;
+
+    if (m_iCurrent >= 0) {
+        m_sd.bFlags |= SCHEDULE_FLAG_MORE_DATES;
+    } else if (termin.tEnd > m_tNow) {
+        m_iCurrent = iIndex;
+        if (!(m_sd.bFlags & SCHEDULE_FLAG_RESTART_VALID)) {
+            m_sd.bFlags |= SCHEDULE_FLAG_RESTART_VALID;
+            m_sd.wRestartIndex = static_cast<WORD>(m_iBase + iIndex);
+            m_sd.tRestartDate = m_tWalk;
+        }
+    }
+}
+
+void TerminGenerator::StepDaily() {
+    int iDays = 0;
+    int iDow = m_stWalk.wDayOfWeek;
+    switch (m_sd.bDailyMode) {
+    case SCHEDULE_DAILY_INTERVAL:
+        AddTermin(m_stWalk);
+        iDays = m_sd.wDayInterval;
+        break;
+    case SCHEDULE_DAILY_WORKDAYS:
+        if (iDow >= 1 && iDow <= 5)
+            AddTermin(m_stWalk);
+        iDays = (iDow == 5 || iDow == 6) ? 2 : 1;
+        break;
+    case SCHEDULE_DAILY_WEEKEND:
+        if (iDow == 6 || iDow == 0)
+            AddTermin(m_stWalk);
+        iDays = iDow == 6 ? 1 : (iDow == 0 ? 6 : 6 - iDow);
+        break;
+    }
+    m_tWalk = NVAddDays(m_tWalk, iDays, m_sd.dwTimeZone);
+}
+
+// Weeks run from Monday to Sunday; the first is the week of the series start, from its weekday on,
+// and the interval counts such weeks.
+void TerminGenerator::StepWeekly() {
+    m_tWalk = NVGetBeginOfDay(m_tWalk, m_sd.dwTimeZone);
+    RefreshWalk();
+    for (int iPos = (m_stWalk.wDayOfWeek + 6) % 7; iPos < 7; ++iPos) {
+        // The base index counts here as at the head of the pass, so that a resumed generation
+        // cannot run past the end count in the middle of a week.
+        if (CountReached() || m_tWalk >= m_tLimit)
+            break;
+        if (m_sd.bWeekDays & (1 << m_stWalk.wDayOfWeek))
+            AddTermin(m_stWalk);
+        long tNext = NVAddDays(m_tWalk, 1, m_sd.dwTimeZone);
+        if (tNext < m_tWalk)
+            SCHEDULE_FAIL(VTR_IDS_SCHEDULE_BEYOND_MAX_DATE);
+        m_tWalk = tNext;
+        RefreshWalk();
+    }
+    if (m_sd.bWeekInterval != 0)
+        m_tWalk = NVAddDays(m_tWalk, m_sd.bWeekInterval * 7 - 7, m_sd.dwTimeZone);
+}
+
+void TerminGenerator::StepMonthly() {
+    SYSTEMTIME& st = m_stWalk;
+    if (m_sd.bMonthlyMode == 0) {
+        int iLast = GetLastDayInMonth(st.wMonth, st.wYear);
+        st.wDay = static_cast<WORD>(m_sd.bMonthDay >= iLast ? iLast : m_sd.bMonthDay);
+    } else if (m_bFirstPass) {
+        FindOrdinalDay(m_sd.bMonthOrdinal, m_sd.bMonthDayKind, st);
+    }
+    AddTermin(st);
+
+    int iMonthIndex = st.wYear * 12 + m_sd.bMonthInterval + st.wMonth - 1;
+    st.wYear = static_cast<WORD>(iMonthIndex / 12);
+    st.wMonth = static_cast<WORD>(iMonthIndex % 12 + 1);
+    st.wHour = st.wMinute = st.wSecond = st.wMilliseconds = 0;
+    if (m_sd.bMonthlyMode == 0) {
+        int iLast = GetLastDayInMonth(st.wMonth, st.wYear);
+        st.wDay = static_cast<WORD>(m_sd.bMonthDay >= iLast ? iLast : m_sd.bMonthDay);
+    } else {
+        st.wDay = 1;
+        FindOrdinalDay(m_sd.bMonthOrdinal, m_sd.bMonthDayKind, st);
+    }
+    m_tWalk = SystemTimeToTime_t(&st, m_sd.dwTimeZone, false);
+}
+
+// There is no year interval. The time of day stays in the walking date, which makes no difference
+// to the tests of AddTermin for a date of the same day.
+void TerminGenerator::StepYearly() {
+    SYSTEMTIME& st = m_stWalk;
+    if (m_sd.bYearlyMode == 0) {
+        st.wMonth = static_cast<WORD>(m_sd.bYearMonth + 1);
+        int iLast = GetLastDayInMonth(st.wMonth, st.wYear);
+        st.wDay = static_cast<WORD>(m_sd.bYearDay >= iLast ? iLast : m_sd.bYearDay);
+        AddTermin(st);
+        st.wYear += 1;
+        // Only the year of the next walking date matters, but the walking date must not lie after
+        // the next year's date: 29 February would otherwise become 1 March and the 28th would
+        // count as over before the walk.
+        iLast = GetLastDayInMonth(st.wMonth, st.wYear);
+        if (st.wDay > iLast)
+            st.wDay = static_cast<WORD>(iLast);
+    } else {
+        if (m_bFirstPass) {
+            st.wMonth = static_cast<WORD>(m_sd.bYearMonth + 1);
+            FindOrdinalDay(m_sd.bYearOrdinal, m_sd.bYearDayKind, st);
+        }
+        AddTermin(st);
+        st.wYear += 1;
+        FindOrdinalDay(m_sd.bYearOrdinal, m_sd.bYearDayKind, st);
+    }
+    m_tWalk = SystemTimeToTime_t(&st, m_sd.dwTimeZone, false);
+}
+
+int Sign(long long llDiff) {
+    if (llDiff > 0x7FFFFFFF)
+        return 0x7FFFFFFF;
+    if (llDiff < -0x7FFFFFFF)
+        return -0x7FFFFFFF;
+    return static_cast<int>(llDiff);
+}
+
+} // namespace
+
+DlgScheduler::ScheduleDataExt::ScheduleDataExt() {
+    std::memset(static_cast<void*>(this), 0, sizeof(*this));
+    wStructSize = sizeof(ScheduleData);
+    wEndCount = 1;
+    wDayInterval = 1;
+    bWeekInterval = 1;
+    bMonthDay = 1;
+    bMonthInterval = 1;
+    bYearDay = 1;
+}
+
+bool DlgScheduler::CreateTermine(ScheduleData& sd, long tEventDate, DynaArrayTpl<ScheduleTermin, 0, 0>& daTermine,
+                                 int& iCurrent, char* lpszError, unsigned int cbError, unsigned long* pdwError,
+                                 bool bAll) {
+    iCurrent = -1;
+    long tNow = NVGetNow();
+    daTermine.Clear();
+    daTermine.iFirstTerminIndex = 0;
+    sd.bFlags &= ~SCHEDULE_FLAG_MORE_DATES;
+
+    if (!sd.bSeries) {
+        // A single date is current only while it runs; one still to come is not, unlike the
+        // next date of a series.
+        daTermine.Add(ScheduleTermin{sd.tStart, sd.tEnd});
+        if (sd.tStart <= tNow && sd.tEnd > tNow)
+            iCurrent = 0;
+        return true;
+    }
+    if (!(sd.bFlags & SCHEDULE_FLAG_OBSERVE_RELEASE)) {
+        daTermine.Add(ScheduleTermin{TERMIN_MIN_DATE, TERMIN_MAX_DATE});
+        return true;
+    }
+
+    try {
+        TerminGenerator generator(sd, daTermine, iCurrent, tNow, bAll);
+        generator.Run(tEventDate);
+    } catch (NVThrowData& e) {
+        if (!lpszError)
+            NVMsgBox(nullptr, nullptr, MB_SETFOREGROUND | MB_ICONHAND, "%s", e.GetText());
+        else
+            StrNZCpy(lpszError, e.GetText(), cbError);
+        if (pdwError)
+            *pdwError = static_cast<unsigned long>(e.m_iCode);
+        return false;
+    }
+    return true;
+}
+
+int DlgScheduler::CmpScheduleData(ScheduleData& a, ScheduleData& b) {
+    int iDiff = (a.bFlags & SCHEDULE_FLAG_OBSERVE_RELEASE) - (b.bFlags & SCHEDULE_FLAG_OBSERVE_RELEASE);
+    if (iDiff)
+        return iDiff;
+    if ((iDiff = a.bSeries - b.bSeries) != 0)
+        return iDiff;
+    if (!a.bSeries && a.tStart == b.tStart)
+        return Sign(static_cast<long long>(a.tEnd) - b.tEnd);
+
+    long long llDiff = (static_cast<long long>(a.tEnd) - b.tEnd) - a.tStart + b.tStart;
+    if (llDiff)
+        return Sign(llDiff);
+    if ((iDiff = static_cast<int>(a.tStart % 86400 - b.tStart % 86400)) != 0)
+        return iDiff;
+    if ((llDiff = static_cast<long long>(a.tSeriesStart) - b.tSeriesStart) != 0)
+        return Sign(llDiff);
+    if ((iDiff = a.bPattern - b.bPattern) != 0)
+        return iDiff;
+    if ((iDiff = a.bEndMode - b.bEndMode) != 0)
+        return iDiff;
+
+    switch (a.bEndMode) {
+    case SCHEDULE_END_EVENTDATE:
+        break;
+    case SCHEDULE_END_COUNT:
+        if ((iDiff = a.wEndCount - b.wEndCount) != 0)
+            return iDiff;
+        break;
+    case SCHEDULE_END_DATE:
+        if ((llDiff = static_cast<long long>(a.tSeriesEnd) - b.tSeriesEnd) != 0)
+            return Sign(llDiff);
+        break;
+    default:
+        return 0;
+    }
+
+    switch (a.bPattern) {
+    case SCHEDULE_DAILY:
+        if ((iDiff = a.bDailyMode - b.bDailyMode) != 0)
+            return iDiff;
+        return a.bDailyMode == SCHEDULE_DAILY_INTERVAL ? a.wDayInterval - b.wDayInterval : 0;
+    case SCHEDULE_WEEKLY:
+        if ((iDiff = a.bWeekInterval - b.bWeekInterval) != 0)
+            return iDiff;
+        return a.bWeekDays - b.bWeekDays;
+    case SCHEDULE_MONTHLY:
+        if ((iDiff = a.bMonthlyMode - b.bMonthlyMode) != 0)
+            return iDiff;
+        if (a.bMonthlyMode == 0) {
+            if ((iDiff = a.bMonthDay - b.bMonthDay) != 0)
+                return iDiff;
+            return a.bMonthInterval - b.bMonthInterval;
+        }
+        if (a.bMonthlyMode == 1) {
+            if ((iDiff = a.bMonthOrdinal - b.bMonthOrdinal) != 0)
+                return iDiff;
+            if ((iDiff = a.bMonthDayKind - b.bMonthDayKind) != 0)
+                return iDiff;
+            return a.bMonthInterval - b.bMonthInterval;
+        }
+        return 0;
+    case SCHEDULE_YEARLY:
+        if ((iDiff = a.bYearlyMode - b.bYearlyMode) != 0)
+            return iDiff;
+        if (a.bYearlyMode == 0) {
+            if ((iDiff = a.bYearDay - b.bYearDay) != 0)
+                return iDiff;
+            return a.bYearMonth - b.bYearMonth;
+        }
+        if (a.bYearlyMode == 1) {
+            if ((iDiff = a.bYearOrdinal - b.bYearOrdinal) != 0)
+                return iDiff;
+            if ((iDiff = a.bYearDayKind - b.bYearDayKind) != 0)
+                return iDiff;
+            return a.bYearMonth - b.bYearMonth;
+        }
+        return 0;
+    default:
+        return 0;
+    }
+}
+
+int DlgScheduler::GetDurationText(long tStart, long tEnd, unsigned long dwTimeZone, char* lpszText,
+                                  unsigned int cbText) {
+    if (!lpszText || cbText == 0)
+        return 0;
+    int iSeconds = NVGetTime_tDiv(tEnd, tStart, dwTimeZone);
+    if (iSeconds < 0)
+        return static_cast<int>(StrNZCpy(lpszText, VTRStringTable::GetText(VTR_IDS_SCHEDULE_NEGATIVE), cbText));
+
+    char szSep[8];
+    char cSep = ':';
+    LCID lcid = MAKELCID(GetCurrentLangID(), SORT_DEFAULT);
+    if (GetLocaleInfoA(lcid, LOCALE_STIME | LOCALE_NOUSEROVERRIDE, szSep, sizeof szSep) > 0 && szSep[0])
+        cSep = szSep[0];
+    int iLen = SNPrintf(lpszText, cbText, "%d%c%02d%c%02d", iSeconds / 86400, cSep, iSeconds % 86400 / 3600, cSep,
+                        iSeconds % 3600 / 60);
+    return iLen < 0 ? 0 : iLen;
+}
+
+void DlgScheduler::SetDurationText(ScheduleDataExt& sd) {
+    GetDurationText(sd.tStart, sd.tEnd, sd.dwTimeZone, sd.szDuration, sizeof sd.szDuration);
+}
