@@ -10,7 +10,7 @@
 class VTR_API DlgScheduler {
 public:
     // The dialog's working record: the stored fields and what only the dialog needs.
-    struct ScheduleDataExt : public ScheduleData {
+    struct VTR_API ScheduleDataExt : public ScheduleData {
         long tShownStart;       // begin of the current or next date, from the grouped GetFields
         long tShownEnd;         // end of the same date
         long tEventDate;        // end of a series with SCHEDULE_END_EVENTDATE; 0 or less: none
@@ -30,9 +30,9 @@ public:
     // lpszError (cbError bytes) or, with a null lpszError, to an error box; pdwError gets the
     // message id. sd is written: bFlags, the restart fields, and tSeriesEnd unless the end mode
     // is a count or a date.
-    static bool CreateTermine(ScheduleData& sd, long tEventDate, DynaArrayTpl<ScheduleTermin, 0, 0>& daTermine,
-                              int& iCurrent, char* lpszError, unsigned int cbError, unsigned long* pdwError,
-                              bool bAll);
+    static bool CreateTermine(ScheduleData& sd, long tEventDate,
+                              DynaArrayTpl<ScheduleTermin, 0, 0>& daTermine, int& iCurrent, char* lpszError,
+                              unsigned int cbError, unsigned long* pdwError, bool bAll);
 
     // 0 when a and b describe the same dates, otherwise a signed difference usable as a sort order.
     static int CmpScheduleData(ScheduleData& a, ScheduleData& b);

@@ -1,8 +1,8 @@
 // Expansion of a ScheduleData record into dates, the comparison of records and the duration text.
 #include "schedule/DlgScheduler.h"
 
-#include "frame/VTRStringIds.h"
 #include "frame/VTRStringTable.h"
+#include "schedule/ScheduleStringIds.h"
 #include "norvane/NVDates.h"
 #include "norvane/NVErrors.h"
 #include "norvane/NVFormat.h"
@@ -99,8 +99,25 @@ void FindOrdinalDay(BYTE bOrdinal, BYTE bKind, SYSTEMTIME& st) {
     st.wDayOfWeek = static_cast<WORD>(DayOfWeek(st.wYear, st.wMonth, iDay));
 }
 
+// Seconds of local calendar fields counted as if they were UTC; zone-free calendar arithmetic.
+long long LocalSeconds(SYSTEMTIME const& st) {
+    long long y = st.wYear - (st.wMonth <= 2 ? 1 : 0);
+    long long era = (y >= 0 ? y : y - 399) / 400;
+    long long yoe = y - era * 400;
+    long long doy = (153 * (st.wMonth + (st.wMonth > 2 ? -3 : 9)) + 2) / 5 + st.wDay - 1;
+    long long days = era * 146097 + yoe * 365 + yoe / 4 - yoe / 100 + doy - 719468;
+    return days * 86400 + st.wHour * 3600 + st.wMinute * 60 + st.wSecond;
+}
+
+long long const LAST_32BIT_TIME = 0x7FFFFFFFLL;
+
 // One run of the generation over one record. It throws NVThrowData on failure; CreateTermine
 // catches it.
+//
+// The time helpers answer -1 for every time after TERMIN_MAX_DATE, but a date between that limit
+// and the end of the 32-bit range is only dropped while one beyond it is a failure. Times are
+// therefore held in 64 bits here, and a result the helpers refuse is carried on with the zone's
+// offset at TERMIN_MAX_DATE (no zone changes its clocks in the hours after it).
 class TerminGenerator {
 public:
     TerminGenerator(ScheduleData& sd, ScheduleTerminArray& daTermine, int& iCurrent, long tNow, bool bAll)
@@ -110,8 +127,16 @@ public:
 
 private:
     bool CanWalk() const;
-    bool CountReached() const { return m_daTermine.m_iCount + static_cast<long long>(m_iBase) >= m_llMaxCount; }
-    void RefreshWalk() { Time_tToSystemTime(m_tWalk, &m_stWalk, m_sd.dwTimeZone, false, nullptr, 999); }
+    bool CountReached() const {
+        return m_daTermine.m_iCount + static_cast<long long>(m_iBase) >= m_llMaxCount;
+    }
+    void RefreshWalk() {
+        Time_tToSystemTime(static_cast<long>(m_tWalk), &m_stWalk, m_sd.dwTimeZone, false, nullptr, 999);
+    }
+    long long BeyondMaxDate(long long llLocal) const;
+    long long ToTime(SYSTEMTIME const& st) const;
+    long long AddDays(long long t, int iDays) const;
+    void SetWalk(long long t);
     void AddTermin(SYSTEMTIME& st);
     void StepDaily();
     void StepWeekly();
@@ -126,11 +151,13 @@ private:
 
     int m_iDuration = 0;
     long long m_llMaxCount = 0;
-    long m_tLimit = 0;
+    long long m_tLimit = 0;
+    long long m_llOffsetAtMax = 0; // local minus UTC seconds at TERMIN_MAX_DATE
     int m_iBase = 0;
-    long m_tWalk = 0;
-    long m_tPrevEnd = 0;
+    long long m_tWalk = 0;
+    long long m_tPrevEnd = 0;
     bool m_bFirstPass = true;
+    bool m_bBeyond32Bits = false;
     SYSTEMTIME m_stStart{};
     SYSTEMTIME m_stWalk{};
 };
@@ -158,10 +185,42 @@ bool TerminGenerator::CanWalk() const {
     }
 }
 
+// A local time that the helpers refused: after TERMIN_MAX_DATE it is carried on, anything else
+// (before 1970, unknown zone) stays -1.
+long long TerminGenerator::BeyondMaxDate(long long llLocal) const {
+    long long t = llLocal - m_llOffsetAtMax;
+    return t > TERMIN_MAX_DATE ? t : -1;
+}
+
+long long TerminGenerator::ToTime(SYSTEMTIME const& st) const {
+    SYSTEMTIME stCopy = st;
+    long t = SystemTimeToTime_t(&stCopy, m_sd.dwTimeZone, false);
+    return t >= 0 ? t : BeyondMaxDate(LocalSeconds(st));
+}
+
+long long TerminGenerator::AddDays(long long t, int iDays) const {
+    long tResult = NVAddDays(static_cast<long>(t), iDays, m_sd.dwTimeZone);
+    if (tResult >= 0)
+        return tResult;
+    SYSTEMTIME st;
+    Time_tToSystemTime(static_cast<long>(t), &st, m_sd.dwTimeZone, false, nullptr, 999);
+    return BeyondMaxDate(LocalSeconds(st) + static_cast<long long>(iDays) * 86400);
+}
+
+// Every step moves forward. A walk that the helpers refuse or that leaves the 32-bit range has gone
+// where no date can be; whether that is a failure is decided at the head of the next pass.
+void TerminGenerator::SetWalk(long long t) {
+    if (t < m_tWalk || t > LAST_32BIT_TIME) {
+        m_bBeyond32Bits = true;
+        t = LAST_32BIT_TIME + 1;
+    }
+    m_tWalk = t;
+}
+
 void TerminGenerator::Run(long tEventDate) {
     m_iDuration = NVGetTime_tDiv(m_sd.tEnd, m_sd.tStart, m_sd.dwTimeZone);
     if (m_iDuration < 0)
-        SCHEDULE_FAIL(VTR_IDS_SCHEDULE_NEGATIVE_DURATION);
+        SCHEDULE_FAIL(IDS_VTR_SCHEDULE_NEGATIVE_DURATION);
 
     if (m_sd.bEndMode == SCHEDULE_END_COUNT) {
         m_llMaxCount = m_sd.wEndCount;
@@ -174,27 +233,41 @@ void TerminGenerator::Run(long tEventDate) {
         m_llMaxCount = 0x7FFFFFFF;
         m_tLimit = tEventDate;
     }
+    // No time after the latest date can be converted, and no date picker reaches beyond it.
+    if (m_tLimit > TERMIN_MAX_DATE)
+        m_tLimit = TERMIN_MAX_DATE;
 
     Time_tToSystemTime(m_sd.tStart, &m_stStart, m_sd.dwTimeZone, false, nullptr, 999);
+    SYSTEMTIME stMax;
+    Time_tToSystemTime(TERMIN_MAX_DATE, &stMax, m_sd.dwTimeZone, false, nullptr, 999);
+    m_llOffsetAtMax = LocalSeconds(stMax) - TERMIN_MAX_DATE;
 
     long tFrom = m_sd.tSeriesStart;
     if (!m_bAll && (m_sd.bFlags & SCHEDULE_FLAG_RESTART_VALID)) {
         m_iBase = m_sd.wRestartIndex;
         tFrom = m_sd.tRestartDate;
     }
-    m_tWalk = NVGetBeginOfDay(tFrom, m_sd.dwTimeZone);
     m_daTermine.iFirstTerminIndex = m_iBase;
     m_sd.bFlags &= ~SCHEDULE_FLAG_RESTART_VALID;
     m_bFirstPass = true;
 
-    if (!CanWalk())
+    // Days after the latest date hold no date that could be converted.
+    if (!CanWalk() || tFrom > TERMIN_MAX_DATE || m_tLimit <= 0)
         return;
+    m_tWalk = NVGetBeginOfDay(tFrom, m_sd.dwTimeZone);
+    if (m_tWalk < 0)
+        SCHEDULE_FAIL(IDS_VTR_SCHEDULE_MAX_DATE);
 
     for (;;) {
-        if (CountReached() || m_tWalk >= m_tLimit)
+        if (CountReached())
+            return;
+        // A series that still wants dates but walked out of the 32-bit range cannot have them; one
+        // with an end of its own has simply passed it.
+        if (m_bBeyond32Bits && m_tLimit >= TERMIN_MAX_DATE)
+            SCHEDULE_FAIL(IDS_VTR_SCHEDULE_MAX_DATE);
+        if (m_tWalk >= m_tLimit)
             return;
         RefreshWalk();
-        long tBefore = m_tWalk;
         switch (m_sd.bPattern) {
         case SCHEDULE_DAILY:
             StepDaily();
@@ -209,10 +282,6 @@ void TerminGenerator::Run(long tEventDate) {
             StepYearly();
             break;
         }
-        // Every step moves forward; a walk that comes out behind where it was has left the
-        // 32-bit range (the conversions wrap or answer -1 there).
-        if (m_tWalk < tBefore)
-            SCHEDULE_FAIL(VTR_IDS_SCHEDULE_BEYOND_MAX_DATE);
         m_bFirstPass = false;
         if (m_iCurrent >= 0 && !m_bAll && (m_sd.bFlags & SCHEDULE_FLAG_MORE_DATES))
             return;
@@ -223,13 +292,19 @@ void TerminGenerator::AddTermin(SYSTEMTIME& st) {
     st.wHour = m_stStart.wHour;
     st.wMinute = m_stStart.wMinute;
     st.wSecond = m_stStart.wSecond;
-    long tBegin = SystemTimeToTime_t(&st, m_sd.dwTimeZone, false);
+    long long tBegin = ToTime(st);
     if (tBegin < 0)
-        SCHEDULE_FAIL(VTR_IDS_SCHEDULE_BEYOND_MAX_DATE);
-    long tFinish = NVAddToTime_t(tBegin, m_iDuration, m_sd.dwTimeZone);
-    // The duration is not negative here, so an end before the begin has wrapped past 32 bits.
-    if (tFinish < 0 || tFinish < tBegin)
-        SCHEDULE_FAIL(VTR_IDS_SCHEDULE_BEYOND_MAX_DATE);
+        SCHEDULE_FAIL(IDS_VTR_SCHEDULE_MAX_DATE);
+    // Behind an end of the series' own nothing matters, not even the 32-bit range.
+    if (tBegin >= m_tLimit && m_tLimit < TERMIN_MAX_DATE)
+        return;
+    long tAdded = tBegin <= TERMIN_MAX_DATE
+                      ? NVAddToTime_t(static_cast<long>(tBegin), m_iDuration, m_sd.dwTimeZone)
+                      : -1;
+    long long tFinish = tAdded >= 0 ? tAdded : BeyondMaxDate(LocalSeconds(st) + m_iDuration);
+    // A time that does not fit 32 bits is a negative one there.
+    if (tFinish < 0 || tBegin > LAST_32BIT_TIME || tFinish > LAST_32BIT_TIME)
+        SCHEDULE_FAIL(IDS_VTR_SCHEDULE_MAX_DATE);
 
     // Dates at or after the end are not part of the series, nor dates of the first month or year
     // that are over before the series starts.
@@ -237,10 +312,10 @@ void TerminGenerator::AddTermin(SYSTEMTIME& st) {
         return;
 
     ScheduleTermin termin;
-    termin.tStart = tBegin > m_tWalk ? tBegin : m_tWalk;
-    termin.tEnd = tFinish < m_tLimit ? tFinish : m_tLimit;
+    termin.tStart = static_cast<long>(tBegin > m_tWalk ? tBegin : m_tWalk);
+    termin.tEnd = static_cast<long>(tFinish < m_tLimit ? tFinish : m_tLimit);
     if (m_tPrevEnd > termin.tStart)
-        SCHEDULE_FAIL(VTR_IDS_SCHEDULE_OVERLAP);
+        SCHEDULE_FAIL(IDS_VTR_SCHEDULE_OVERLAP);
 
     int iIndex = m_daTermine.Add(termin);
     if (iIndex < 0)
@@ -254,7 +329,7 @@ void TerminGenerator::AddTermin(SYSTEMTIME& st) {
         if (!(m_sd.bFlags & SCHEDULE_FLAG_RESTART_VALID)) {
             m_sd.bFlags |= SCHEDULE_FLAG_RESTART_VALID;
             m_sd.wRestartIndex = static_cast<WORD>(m_iBase + iIndex);
-            m_sd.tRestartDate = m_tWalk;
+            m_sd.tRestartDate = static_cast<long>(m_tWalk);
         }
     }
 }
@@ -278,29 +353,25 @@ void TerminGenerator::StepDaily() {
         iDays = iDow == 6 ? 1 : (iDow == 0 ? 6 : 6 - iDow);
         break;
     }
-    m_tWalk = NVAddDays(m_tWalk, iDays, m_sd.dwTimeZone);
+    SetWalk(AddDays(m_tWalk, iDays));
 }
 
 // Weeks run from Monday to Sunday; the first is the week of the series start, from its weekday on,
 // and the interval counts such weeks.
 void TerminGenerator::StepWeekly() {
-    m_tWalk = NVGetBeginOfDay(m_tWalk, m_sd.dwTimeZone);
-    RefreshWalk();
     for (int iPos = (m_stWalk.wDayOfWeek + 6) % 7; iPos < 7; ++iPos) {
         // The base index counts here as at the head of the pass, so that a resumed generation
         // cannot run past the end count in the middle of a week.
         if (CountReached() || m_tWalk >= m_tLimit)
-            break;
+            return;
         if (m_sd.bWeekDays & (1 << m_stWalk.wDayOfWeek))
             AddTermin(m_stWalk);
-        long tNext = NVAddDays(m_tWalk, 1, m_sd.dwTimeZone);
-        if (tNext < m_tWalk)
-            SCHEDULE_FAIL(VTR_IDS_SCHEDULE_BEYOND_MAX_DATE);
-        m_tWalk = tNext;
-        RefreshWalk();
+        SetWalk(AddDays(m_tWalk, 1));
+        if (m_tWalk < m_tLimit)
+            RefreshWalk();
     }
-    if (m_sd.bWeekInterval != 0)
-        m_tWalk = NVAddDays(m_tWalk, m_sd.bWeekInterval * 7 - 7, m_sd.dwTimeZone);
+    if (m_sd.bWeekInterval > 1 && m_tWalk < m_tLimit)
+        SetWalk(AddDays(m_tWalk, m_sd.bWeekInterval * 7 - 7));
 }
 
 void TerminGenerator::StepMonthly() {
@@ -324,7 +395,7 @@ void TerminGenerator::StepMonthly() {
         st.wDay = 1;
         FindOrdinalDay(m_sd.bMonthOrdinal, m_sd.bMonthDayKind, st);
     }
-    m_tWalk = SystemTimeToTime_t(&st, m_sd.dwTimeZone, false);
+    SetWalk(ToTime(st));
 }
 
 // There is no year interval. The time of day stays in the walking date, which makes no difference
@@ -352,7 +423,7 @@ void TerminGenerator::StepYearly() {
         st.wYear += 1;
         FindOrdinalDay(m_sd.bYearOrdinal, m_sd.bYearDayKind, st);
     }
-    m_tWalk = SystemTimeToTime_t(&st, m_sd.dwTimeZone, false);
+    SetWalk(ToTime(st));
 }
 
 int Sign(long long llDiff) {
@@ -376,9 +447,9 @@ DlgScheduler::ScheduleDataExt::ScheduleDataExt() {
     bYearDay = 1;
 }
 
-bool DlgScheduler::CreateTermine(ScheduleData& sd, long tEventDate, DynaArrayTpl<ScheduleTermin, 0, 0>& daTermine,
-                                 int& iCurrent, char* lpszError, unsigned int cbError, unsigned long* pdwError,
-                                 bool bAll) {
+bool DlgScheduler::CreateTermine(ScheduleData& sd, long tEventDate,
+                                 DynaArrayTpl<ScheduleTermin, 0, 0>& daTermine, int& iCurrent,
+                                 char* lpszError, unsigned int cbError, unsigned long* pdwError, bool bAll) {
     iCurrent = -1;
     long tNow = NVGetNow();
     daTermine.Clear();
@@ -501,15 +572,16 @@ int DlgScheduler::GetDurationText(long tStart, long tEnd, unsigned long dwTimeZo
         return 0;
     int iSeconds = NVGetTime_tDiv(tEnd, tStart, dwTimeZone);
     if (iSeconds < 0)
-        return static_cast<int>(StrNZCpy(lpszText, VTRStringTable::GetText(VTR_IDS_SCHEDULE_NEGATIVE), cbText));
+        return static_cast<int>(
+            StrNZCpy(lpszText, VTRStringTable::GetText(IDS_VTR_SCHEDULE_NEGATIVE), cbText));
 
     char szSep[8];
     char cSep = ':';
     LCID lcid = MAKELCID(GetCurrentLangID(), SORT_DEFAULT);
     if (GetLocaleInfoA(lcid, LOCALE_STIME | LOCALE_NOUSEROVERRIDE, szSep, sizeof szSep) > 0 && szSep[0])
         cSep = szSep[0];
-    int iLen = SNPrintf(lpszText, cbText, "%d%c%02d%c%02d", iSeconds / 86400, cSep, iSeconds % 86400 / 3600, cSep,
-                        iSeconds % 3600 / 60);
+    int iLen = SNPrintf(lpszText, cbText, "%d%c%02d%c%02d", iSeconds / 86400, cSep, iSeconds % 86400 / 3600,
+                        cSep, iSeconds % 3600 / 60);
     return iLen < 0 ? 0 : iLen;
 }
 

@@ -56,23 +56,23 @@ enum ScheduleDayKind : BYTE {
 };
 
 // bFlags bits.
-#define SCHEDULE_FLAG_MORE_DATES 0x01   // output: a further date follows the first one not over
+#define SCHEDULE_FLAG_MORE_DATES 0x01      // output: a further date follows the first one not over
 #define SCHEDULE_FLAG_OBSERVE_RELEASE 0x02 // input: without it a series yields the placeholder date
 #define SCHEDULE_FLAG_RESTART_VALID 0x04   // output: tRestartDate and wRestartIndex may be used
 
 #pragma pack(push, 1)
 struct ScheduleData {
-    WORD wStructSize;   // always sizeof(ScheduleData)
-    BYTE bSeries;       // 0: one date from tStart to tEnd; otherwise a series
-    BYTE bPattern;      // ScheduleSeriesPattern
-    DWORD dwTimeZone;   // zone of every conversion between times and calendar fields
-    long tStart;        // of a series: time of day and, with tEnd, duration of every date
+    WORD wStructSize; // always sizeof(ScheduleData)
+    BYTE bSeries;     // 0: one date from tStart to tEnd; otherwise a series
+    BYTE bPattern;    // ScheduleSeriesPattern
+    DWORD dwTimeZone; // zone of every conversion between times and calendar fields
+    long tStart;      // of a series: time of day and, with tEnd, duration of every date
     long tEnd;
-    long tSeriesStart;  // first day of the series; its time of day has no effect
-    long tSeriesEnd;    // end for SCHEDULE_END_DATE; the event date is written here for mode 0
-    BYTE bEndMode;      // ScheduleEndMode
-    WORD wEndCount;     // number of dates for SCHEDULE_END_COUNT
-    BYTE bFlags;        // SCHEDULE_FLAG_...
+    long tSeriesStart; // first day of the series; its time of day has no effect
+    long tSeriesEnd;   // end for SCHEDULE_END_DATE; the event date is written here for mode 0
+    BYTE bEndMode;     // ScheduleEndMode
+    WORD wEndCount;    // number of dates for SCHEDULE_END_COUNT
+    BYTE bFlags;       // SCHEDULE_FLAG_...
     BYTE bReserved;
     BYTE bDailyMode;    // ScheduleDailyMode
     WORD wDayInterval;  // days between dates in SCHEDULE_DAILY_INTERVAL
@@ -81,15 +81,15 @@ struct ScheduleData {
     BYTE bMonthlyMode;  // 0: day number, 1: ordinal day
     BYTE bMonthDay;     // 1 to 31, capped by the month's length
     BYTE bMonthInterval;
-    BYTE bMonthOrdinal;  // ScheduleOrdinal
-    BYTE bMonthDayKind;  // ScheduleDayKind or weekday
-    BYTE bYearlyMode;    // 0: day and month, 1: ordinal day of a month
-    BYTE bYearDay;       // 1 to 31, capped by the month's length in each year
-    BYTE bYearMonth;     // 0 = January ... 11 = December
-    BYTE bYearOrdinal;   // ScheduleOrdinal
-    BYTE bYearDayKind;   // ScheduleDayKind or weekday
-    long tRestartDate;   // walking date from which a partial generation resumes
-    WORD wRestartIndex;  // ordinal in the whole series of the date found at tRestartDate
+    BYTE bMonthOrdinal; // ScheduleOrdinal
+    BYTE bMonthDayKind; // ScheduleDayKind or weekday
+    BYTE bYearlyMode;   // 0: day and month, 1: ordinal day of a month
+    BYTE bYearDay;      // 1 to 31, capped by the month's length in each year
+    BYTE bYearMonth;    // 0 = January ... 11 = December
+    BYTE bYearOrdinal;  // ScheduleOrdinal
+    BYTE bYearDayKind;  // ScheduleDayKind or weekday
+    long tRestartDate;  // walking date from which a partial generation resumes
+    WORD wRestartIndex; // ordinal in the whole series of the date found at tRestartDate
 };
 #pragma pack(pop)
 
