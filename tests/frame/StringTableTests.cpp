@@ -4,11 +4,15 @@
 
 #include "harness/TestHost.h"
 
+#include "DynaArray.h"
+#include "NVFormat.h"
 #include "NVLanguage.h"
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -82,7 +86,7 @@ TEST_F(StringTable, EnsureLanguageReloadsOnlyAfterAChange) {
 }
 
 TEST_F(StringTable, UnknownIdsGiveAnEmptyTextNeverNull) {
-    for (DWORD dwID : {0ul, 14ul, 17ul, 65535ul, 0xFFFFFFFFul}) {
+    for (DWORD dwID : {0ul, 20ul, 28ul, 95ul, 510ul, 516ul, 65535ul, 0xFFFFFFFFul}) {
         char const* lpsz = VTRStringTable::GetText(dwID);
         wchar_t const* lpwsz = VTRStringTable::GetTextW(dwID, kGerman);
         ASSERT_NE(nullptr, lpsz) << dwID;
@@ -188,6 +192,127 @@ TEST_F(StringTable, SetStringsReplacesTheTableAndHoldsItAcrossSwitches) {
 
     VTRStringTable::Free();
     EXPECT_STREQ("", VTRStringTable::GetText(7));
+}
+
+// The placeholders of a text as number and type, e.g. {"1:d", "2:s"}.
+std::set<std::wstring> Placeholders(wchar_t const* text) {
+    std::set<std::wstring> result;
+    DynaArrayTpl<NVFormatMessageFormat, 0, 0> found;
+    NVScanFormatString(text, found);
+    for (int i = 0; i < found.GetCount(); ++i)
+        result.insert(std::to_wstring(found.Get(i)->iNumber) + L":" + found.Get(i)->szFormat);
+    return result;
+}
+
+TEST_F(StringTable, EveryLibraryTextExistsInAllThreeLanguagesWithTheSamePlaceholders) {
+    // One pass per language: every switch costs a reload.
+    std::vector<std::wstring> texts[3];
+    WORD const langs[3] = {kEnglish, kGerman, kPolish};
+    for (int l = 0; l < 3; ++l) {
+        NVSetCurrentLangID(langs[l]);
+        for (DWORD dwID = 0; dwID < 1024; ++dwID)
+            texts[l].push_back(VTRStringTable::GetTextW(dwID));
+    }
+    int iTexts = 0;
+    for (DWORD dwID = 0; dwID < 1024; ++dwID) {
+        std::wstring const& english = texts[0][dwID];
+        std::wstring const& german = texts[1][dwID];
+        std::wstring const& polish = texts[2][dwID];
+        EXPECT_EQ(english.empty(), german.empty()) << "id " << dwID << ": " << W(english.c_str());
+        EXPECT_EQ(english.empty(), polish.empty()) << "id " << dwID << ": " << W(english.c_str());
+        if (english.empty())
+            continue;
+        ++iTexts;
+        EXPECT_EQ(Placeholders(english.c_str()), Placeholders(german.c_str()))
+            << "id " << dwID << ": " << W(german.c_str());
+        EXPECT_EQ(Placeholders(english.c_str()), Placeholders(polish.c_str()))
+            << "id " << dwID << ": " << W(polish.c_str());
+    }
+    EXPECT_GE(iTexts, 90);
+
+    NVSetCurrentLangID(kEnglish);
+    EXPECT_EQ(
+        "The Hot key combination '§1' is already being used for  '§2' .\nDo you still want to execute the "
+        "assignment and undo the original assignment. ",
+        W(VTRStringTable::GetTextW(IDS_VTR_HOTKEY_IN_USE)))
+        << "texts keep their spaces and line breaks";
+    EXPECT_EQ("1)\tA maximum of §1!u! data sets can be imported at once.\nPlease reduce the import data.",
+              W(VTRStringTable::GetTextW(IDS_VTR_IMPORT_MAX_LINES)));
+}
+
+} // namespace
+
+namespace {
+
+// A copy of this test program whose resources are only a marker and the string blocks of the
+// chosen languages (copied from this program), loaded as a data file: a module whose languages and
+// marker the test decides.
+class ResourceModule {
+public:
+    ResourceModule(char bMarker, std::vector<WORD> const& keepLangs) {
+        wchar_t szExe[MAX_PATH];
+        GetModuleFileNameW(nullptr, szExe, MAX_PATH);
+        std::string path = m_temp.File("strings.dll");
+        std::wstring wpath(path.begin(), path.end());
+        if (!CopyFileW(szExe, wpath.c_str(), FALSE))
+            return;
+        HANDLE hUpdate = BeginUpdateResourceW(wpath.c_str(), TRUE);
+        if (!hUpdate)
+            return;
+        UpdateResourceA(hUpdate, "TXTRESGUI", "AL", kEnglish, &bMarker, 1);
+        HMODULE hSelf = GetModuleHandleW(nullptr);
+        for (WORD wLang : keepLangs) {
+            for (WORD wBlock : {1, 2, 3}) {
+                HRSRC hRes = FindResourceExW(hSelf, MAKEINTRESOURCEW(6), MAKEINTRESOURCEW(wBlock), wLang);
+                if (!hRes)
+                    continue;
+                void* pData = LockResource(LoadResource(hSelf, hRes));
+                UpdateResourceW(hUpdate, MAKEINTRESOURCEW(6), MAKEINTRESOURCEW(wBlock), wLang, pData,
+                                SizeofResource(hSelf, hRes));
+            }
+        }
+        if (!EndUpdateResourceW(hUpdate, FALSE))
+            return;
+        m_hModule = LoadLibraryExW(wpath.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+    }
+    ~ResourceModule() {
+        if (m_hModule)
+            FreeLibrary(m_hModule);
+    }
+    HMODULE get() const { return m_hModule; }
+
+private:
+    vtrtest::TempDir m_temp;
+    HMODULE m_hModule = nullptr;
+};
+
+TEST_F(StringTable, MarkerWithZeroByteKeepsOnlyTheCurrentLanguage) {
+    ResourceModule module(0, {kGerman, kEnglish, kPolish});
+    ASSERT_NE(nullptr, module.get());
+    NVSetCurrentLangID(kEnglish);
+    ASSERT_TRUE(VTRStringTable::Init(module.get(), false));
+    EXPECT_FALSE(VTRStringTable::IsAllLanguages());
+    EXPECT_STREQ("sixteen", VTRStringTable::GetText(16));
+    EXPECT_STREQ("", VTRStringTable::GetText(16, kGerman));
+    EXPECT_STREQ("", VTRStringTable::GetText(40)) << "no retry in another language";
+
+    NVSetCurrentLangID(kGerman);
+    EXPECT_STREQ("sechzehn", VTRStringTable::GetText(16));
+    EXPECT_STREQ("nur deutsch", VTRStringTable::GetText(40));
+}
+
+TEST_F(StringTable, ModuleWithOneLanguageIsNotReloadedOnASwitch) {
+    ResourceModule module(0, {kGerman});
+    ASSERT_NE(nullptr, module.get());
+    NVSetCurrentLangID(kGerman);
+    ASSERT_TRUE(VTRStringTable::Init(module.get(), false));
+    EXPECT_FALSE(VTRStringTable::IsAllLanguages());
+    EXPECT_STREQ("f\xFCnfzehn", VTRStringTable::GetText(15));
+
+    NVSetCurrentLangID(kPolish);
+    EXPECT_TRUE(VTRStringTable::EnsureLanguage()) << "nothing else to switch to";
+    EXPECT_EQ(kGerman, VTRStringTable::GetCurLangID());
+    EXPECT_STREQ("sechzehn", VTRStringTable::GetText(16));
 }
 
 } // namespace
