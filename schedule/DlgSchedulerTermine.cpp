@@ -1,8 +1,8 @@
 // Expansion of a ScheduleData record into dates, the comparison of records and the duration text.
 #include "schedule/DlgScheduler.h"
 
+#include "frame/VTRStringIds.h"
 #include "frame/VTRStringTable.h"
-#include "schedule/ScheduleStringIds.h"
 #include "norvane/NVDates.h"
 #include "norvane/NVErrors.h"
 #include "norvane/NVFormat.h"
@@ -220,7 +220,7 @@ void TerminGenerator::SetWalk(long long t) {
 void TerminGenerator::Run(long tEventDate) {
     m_iDuration = NVGetTime_tDiv(m_sd.tEnd, m_sd.tStart, m_sd.dwTimeZone);
     if (m_iDuration < 0)
-        SCHEDULE_FAIL(IDS_VTR_SCHEDULE_NEGATIVE_DURATION);
+        SCHEDULE_FAIL(IDS_VTR_DURATION_NEGATIVE);
 
     if (m_sd.bEndMode == SCHEDULE_END_COUNT) {
         m_llMaxCount = m_sd.wEndCount;
@@ -256,7 +256,7 @@ void TerminGenerator::Run(long tEventDate) {
         return;
     m_tWalk = NVGetBeginOfDay(tFrom, m_sd.dwTimeZone);
     if (m_tWalk < 0)
-        SCHEDULE_FAIL(IDS_VTR_SCHEDULE_MAX_DATE);
+        SCHEDULE_FAIL(IDS_VTR_DATE_BEYOND_MAX);
 
     for (;;) {
         if (CountReached())
@@ -264,7 +264,7 @@ void TerminGenerator::Run(long tEventDate) {
         // A series that still wants dates but walked out of the 32-bit range cannot have them; one
         // with an end of its own has simply passed it.
         if (m_bBeyond32Bits && m_tLimit >= TERMIN_MAX_DATE)
-            SCHEDULE_FAIL(IDS_VTR_SCHEDULE_MAX_DATE);
+            SCHEDULE_FAIL(IDS_VTR_DATE_BEYOND_MAX);
         if (m_tWalk >= m_tLimit)
             return;
         RefreshWalk();
@@ -294,7 +294,7 @@ void TerminGenerator::AddTermin(SYSTEMTIME& st) {
     st.wSecond = m_stStart.wSecond;
     long long tBegin = ToTime(st);
     if (tBegin < 0)
-        SCHEDULE_FAIL(IDS_VTR_SCHEDULE_MAX_DATE);
+        SCHEDULE_FAIL(IDS_VTR_DATE_BEYOND_MAX);
     // Behind an end of the series' own nothing matters, not even the 32-bit range.
     if (tBegin >= m_tLimit && m_tLimit < TERMIN_MAX_DATE)
         return;
@@ -304,7 +304,7 @@ void TerminGenerator::AddTermin(SYSTEMTIME& st) {
     long long tFinish = tAdded >= 0 ? tAdded : BeyondMaxDate(LocalSeconds(st) + m_iDuration);
     // A time that does not fit 32 bits is a negative one there.
     if (tFinish < 0 || tBegin > LAST_32BIT_TIME || tFinish > LAST_32BIT_TIME)
-        SCHEDULE_FAIL(IDS_VTR_SCHEDULE_MAX_DATE);
+        SCHEDULE_FAIL(IDS_VTR_DATE_BEYOND_MAX);
 
     // Dates at or after the end are not part of the series, nor dates of the first month or year
     // that are over before the series starts.
@@ -315,7 +315,7 @@ void TerminGenerator::AddTermin(SYSTEMTIME& st) {
     termin.tStart = static_cast<long>(tBegin > m_tWalk ? tBegin : m_tWalk);
     termin.tEnd = static_cast<long>(tFinish < m_tLimit ? tFinish : m_tLimit);
     if (m_tPrevEnd > termin.tStart)
-        SCHEDULE_FAIL(IDS_VTR_SCHEDULE_OVERLAP);
+        SCHEDULE_FAIL(IDS_VTR_DATES_OVERLAP);
 
     int iIndex = m_daTermine.Add(termin);
     if (iIndex < 0)
@@ -572,8 +572,7 @@ int DlgScheduler::GetDurationText(long tStart, long tEnd, unsigned long dwTimeZo
         return 0;
     int iSeconds = NVGetTime_tDiv(tEnd, tStart, dwTimeZone);
     if (iSeconds < 0)
-        return static_cast<int>(
-            StrNZCpy(lpszText, VTRStringTable::GetText(IDS_VTR_SCHEDULE_NEGATIVE), cbText));
+        return static_cast<int>(StrNZCpy(lpszText, VTRStringTable::GetText(IDS_VTR_NEGATIVE), cbText));
 
     char szSep[8];
     char cSep = ':';
