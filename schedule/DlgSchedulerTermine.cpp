@@ -109,6 +109,22 @@ long long LocalSeconds(SYSTEMTIME const& st) {
     return days * 86400 + st.wHour * 3600 + st.wMinute * 60 + st.wSecond;
 }
 
+// Moves calendar fields by whole days to that day's midnight, with its weekday.
+void AddCalendarDays(SYSTEMTIME& st, int iDays) {
+    long long z = LocalSeconds(st) / 86400 + iDays + 719468;
+    long long era = (z >= 0 ? z : z - 146096) / 146097;
+    long long doe = z - era * 146097;
+    long long yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365;
+    long long doy = doe - (365 * yoe + yoe / 4 - yoe / 100);
+    long long mp = (5 * doy + 2) / 153;
+    int iMonth = static_cast<int>(mp < 10 ? mp + 3 : mp - 9);
+    st.wYear = static_cast<WORD>(yoe + era * 400 + (iMonth <= 2 ? 1 : 0));
+    st.wMonth = static_cast<WORD>(iMonth);
+    st.wDay = static_cast<WORD>(doy - (153 * mp + 2) / 5 + 1);
+    st.wDayOfWeek = static_cast<WORD>(DayOfWeek(st.wYear, st.wMonth, st.wDay));
+    st.wHour = st.wMinute = st.wSecond = st.wMilliseconds = 0;
+}
+
 long long const LAST_32BIT_TIME = 0x7FFFFFFFLL;
 
 // One run of the generation over one record. It throws NVThrowData on failure; CreateTermine
@@ -135,7 +151,7 @@ private:
     }
     long long BeyondMaxDate(long long llLocal) const;
     long long ToTime(SYSTEMTIME const& st) const;
-    long long AddDays(long long t, int iDays) const;
+    void WalkDays(int iDays);
     void SetWalk(long long t);
     void AddTermin(SYSTEMTIME& st);
     void StepDaily();
@@ -158,6 +174,7 @@ private:
     long long m_tPrevEnd = 0;
     bool m_bFirstPass = true;
     bool m_bBeyond32Bits = false;
+    bool m_bWalkFieldsSet = false; // m_stWalk already holds the fields of m_tWalk
     SYSTEMTIME m_stStart{};
     SYSTEMTIME m_stWalk{};
 };
@@ -198,13 +215,12 @@ long long TerminGenerator::ToTime(SYSTEMTIME const& st) const {
     return t >= 0 ? t : BeyondMaxDate(LocalSeconds(st));
 }
 
-long long TerminGenerator::AddDays(long long t, int iDays) const {
-    long tResult = NVAddDays(static_cast<long>(t), iDays, m_sd.dwTimeZone);
-    if (tResult >= 0)
-        return tResult;
-    SYSTEMTIME st;
-    Time_tToSystemTime(static_cast<long>(t), &st, m_sd.dwTimeZone, false, nullptr, 999);
-    return BeyondMaxDate(LocalSeconds(st) + static_cast<long long>(iDays) * 86400);
+// Walks to the midnight iDays on, keeping the walking fields in step, as NVAddDays would from the
+// walking date's midnight; the calendar arithmetic spares the conversion back for every day.
+void TerminGenerator::WalkDays(int iDays) {
+    AddCalendarDays(m_stWalk, iDays);
+    SetWalk(ToTime(m_stWalk));
+    m_bWalkFieldsSet = true;
 }
 
 // Every step moves forward. A walk that the helpers refuse or that leaves the 32-bit range has gone
@@ -267,7 +283,9 @@ void TerminGenerator::Run(long tEventDate) {
             SCHEDULE_FAIL(IDS_VTR_DATE_BEYOND_MAX);
         if (m_tWalk >= m_tLimit)
             return;
-        RefreshWalk();
+        if (!m_bWalkFieldsSet)
+            RefreshWalk();
+        m_bWalkFieldsSet = false;
         switch (m_sd.bPattern) {
         case SCHEDULE_DAILY:
             StepDaily();
@@ -353,7 +371,7 @@ void TerminGenerator::StepDaily() {
         iDays = iDow == 6 ? 1 : (iDow == 0 ? 6 : 6 - iDow);
         break;
     }
-    SetWalk(AddDays(m_tWalk, iDays));
+    WalkDays(iDays);
 }
 
 // Weeks run from Monday to Sunday; the first is the week of the series start, from its weekday on,
@@ -366,12 +384,10 @@ void TerminGenerator::StepWeekly() {
             return;
         if (m_sd.bWeekDays & (1 << m_stWalk.wDayOfWeek))
             AddTermin(m_stWalk);
-        SetWalk(AddDays(m_tWalk, 1));
-        if (m_tWalk < m_tLimit)
-            RefreshWalk();
+        WalkDays(1);
     }
     if (m_sd.bWeekInterval > 1 && m_tWalk < m_tLimit)
-        SetWalk(AddDays(m_tWalk, m_sd.bWeekInterval * 7 - 7));
+        WalkDays(m_sd.bWeekInterval * 7 - 7);
 }
 
 void TerminGenerator::StepMonthly() {
