@@ -30,108 +30,75 @@ TEST_F(ScheduleRecord, StoredLayoutAndDefaultsOfTheDialogsRecord) {
     EXPECT_EQ(0, sd.tStart | sd.tSeriesStart | sd.tEventDate | sd.tSaleStart | sd.tRestartDate);
     EXPECT_EQ(0u, sd.dwGroupKey);
     EXPECT_STREQ("", sd.szDuration);
-
-    // Copied by value, the defaults describe one date a day.
-    DlgScheduler::ScheduleDataExt copy = sd;
-    copy.bSeries = 1;
-    copy.bFlags = SCHEDULE_FLAG_OBSERVE_RELEASE;
-    copy.dwTimeZone = kZone;
-    copy.tStart = Local(2020, 1, 1, 10);
-    copy.tEnd = Local(2020, 1, 1, 11);
-    copy.tSeriesStart = Local(2020, 1, 1);
-    copy.bEndMode = SCHEDULE_END_COUNT;
-    copy.wEndCount = 3;
-    EXPECT_EQ(3u, Begins(copy).size());
 }
 
 TEST_F(ScheduleRecord, ComparisonOrdersByItsStepsAndIgnoresFieldsNotInForce) {
-    auto a = Series(SCHEDULE_MONTHLY, Local(2020, 1, 1), Local(2021, 1, 1));
-    auto b = a;
-    EXPECT_EQ(0, DlgScheduler::CmpScheduleData(a, b));
-
-    // Fields that take no part: the zone, the ordinal of the day-number mode, the weekly fields.
-    b.dwTimeZone = 7;
-    b.bMonthlyMode = 0;
-    b.bMonthOrdinal = 3;
-    b.bWeekDays = 0x7F;
-    b.tRestartDate = 12345;
-    EXPECT_EQ(0, DlgScheduler::CmpScheduleData(a, b));
-
-    // Each step decides by its sign, first minus second.
-    auto cmp = [](ScheduleData x, ScheduleData y) {
-        int r = DlgScheduler::CmpScheduleData(x, y);
-        int s = DlgScheduler::CmpScheduleData(y, x);
-        EXPECT_EQ(r > 0, s < 0) << "antisymmetric";
-        return r;
+    // Each case changes the second record of an equal pair; the sign is first minus second.
+    struct Case {
+        char const* lpszWhat;
+        BYTE bPattern;
+        void (*change)(ScheduleData& sd);
+        int iSign;
     };
-    b = a;
-    b.bFlags = 0;
-    EXPECT_GT(cmp(a, b), 0) << "release bit";
-    b = a;
-    b.tEnd += 60;
-    EXPECT_LT(cmp(a, b), 0) << "duration";
-    b = a;
-    b.tStart += 3600;
-    b.tEnd += 3600;
-    EXPECT_LT(cmp(a, b), 0) << "time of day";
-    b = a;
-    b.tStart += 86400;
-    b.tEnd += 86400;
-    EXPECT_EQ(0, cmp(a, b)) << "the day of tStart is not part of a series";
-    b = a;
-    b.tSeriesStart -= 86400;
-    EXPECT_GT(cmp(a, b), 0) << "series start";
-    b = a;
-    b.tSeriesEnd += 1;
-    EXPECT_LT(cmp(a, b), 0) << "end date";
-    b = a;
-    b.bMonthDay = 2;
-    EXPECT_LT(cmp(a, b), 0) << "day of the month";
-    b = a;
-    b.bMonthInterval = 3;
-    EXPECT_LT(cmp(a, b), 0) << "interval";
-    b = a;
-    b.bEndMode = SCHEDULE_END_COUNT;
-    b.wEndCount = 5;
-    EXPECT_GT(cmp(a, b), 0) << "end mode";
+    static Case const s_cases[] = {
+        {"zone", SCHEDULE_MONTHLY, [](ScheduleData& sd) { sd.dwTimeZone = 7; }, 0},
+        {"ordinal of the day-number mode", SCHEDULE_MONTHLY, [](ScheduleData& sd) { sd.bMonthOrdinal = 3; },
+         0},
+        {"weekly fields of a monthly series", SCHEDULE_MONTHLY, [](ScheduleData& sd) { sd.bWeekDays = 9; },
+         0},
+        {"restart fields", SCHEDULE_MONTHLY, [](ScheduleData& sd) { sd.tRestartDate = 5; }, 0},
+        {"day of tStart", SCHEDULE_MONTHLY, [](ScheduleData& sd) { sd.tStart += 86400, sd.tEnd += 86400; },
+         0},
+        {"release bit", SCHEDULE_MONTHLY, [](ScheduleData& sd) { sd.bFlags = 0; }, 1},
+        {"duration", SCHEDULE_MONTHLY, [](ScheduleData& sd) { sd.tEnd += 60; }, -1},
+        {"time of day", SCHEDULE_MONTHLY, [](ScheduleData& sd) { sd.tStart += 3600, sd.tEnd += 3600; }, -1},
+        {"series start", SCHEDULE_MONTHLY, [](ScheduleData& sd) { sd.tSeriesStart -= 86400; }, 1},
+        {"end date", SCHEDULE_MONTHLY, [](ScheduleData& sd) { sd.tSeriesEnd += 1; }, -1},
+        {"end mode", SCHEDULE_MONTHLY, [](ScheduleData& sd) { sd.bEndMode = SCHEDULE_END_COUNT; }, 1},
+        {"day of the month", SCHEDULE_MONTHLY, [](ScheduleData& sd) { sd.bMonthDay = 2; }, -1},
+        {"month interval", SCHEDULE_MONTHLY, [](ScheduleData& sd) { sd.bMonthInterval = 3; }, -1},
+        {"day interval", SCHEDULE_DAILY, [](ScheduleData& sd) { sd.wDayInterval = 4; }, -1},
+        {"week days", SCHEDULE_WEEKLY, [](ScheduleData& sd) { sd.bWeekDays = 1; }, 1},
+        {"yearly day", SCHEDULE_YEARLY, [](ScheduleData& sd) { sd.bYearDay = 9; }, -1},
+        {"yearly ordinal in day mode", SCHEDULE_YEARLY, [](ScheduleData& sd) { sd.bYearOrdinal = 2; }, 0},
+    };
+    for (Case const& c : s_cases) {
+        auto a = Series(c.bPattern, Local(2020, 1, 1), Local(2021, 1, 1));
+        a.bWeekDays = 2;
+        auto b = a;
+        c.change(b);
+        int r = DlgScheduler::CmpScheduleData(a, b);
+        EXPECT_EQ(c.iSign, (r > 0) - (r < 0)) << c.lpszWhat << ": " << r;
+        int s = DlgScheduler::CmpScheduleData(b, a);
+        EXPECT_EQ(-c.iSign, (s > 0) - (s < 0)) << c.lpszWhat << " reversed";
+    }
+
+    // The end data in force: a count, not the end date; in the weekend mode the interval is not.
+    auto a = Series(SCHEDULE_DAILY, Local(2020, 1, 1), Local(2021, 1, 1));
     a.bEndMode = SCHEDULE_END_COUNT;
-    a.tSeriesEnd = 99;
-    EXPECT_LT(cmp(a, b), 0) << "count, the end date being out of force";
-
-    // Daily: the interval counts only in its own mode.
-    a = Series(SCHEDULE_DAILY, Local(2020, 1, 1), Local(2021, 1, 1));
-    b = a;
-    b.wDayInterval = 4;
-    EXPECT_LT(cmp(a, b), 0);
-    a.bDailyMode = b.bDailyMode = SCHEDULE_DAILY_WEEKEND;
-    EXPECT_EQ(0, cmp(a, b));
-
-    // Yearly ordinal: ordinal, kind, month.
-    a = Series(SCHEDULE_YEARLY, Local(2020, 1, 1), Local(2030, 1, 1));
-    a.bYearlyMode = 1;
-    b = a;
-    b.bYearDay = 9;
-    EXPECT_EQ(0, cmp(a, b));
-    b.bYearMonth = 4;
-    EXPECT_LT(cmp(a, b), 0);
+    auto b = a;
+    b.tSeriesEnd = 99;
+    b.bDailyMode = a.bDailyMode = SCHEDULE_DAILY_WEEKEND;
+    b.wDayInterval = 9;
+    EXPECT_EQ(0, DlgScheduler::CmpScheduleData(a, b));
+    b.wEndCount = 5;
+    EXPECT_LT(DlgScheduler::CmpScheduleData(a, b), 0);
 
     // Two single dates at the same begin differ by their end alone; at different begins they are
-    // equal when duration and time of day agree.
+    // equal when duration, time of day and the series fields agree.
     DlgScheduler::ScheduleDataExt s1, s2;
     s1.tStart = s2.tStart = Local(2020, 5, 1, 20);
-    s1.tEnd = Local(2020, 5, 1, 22);
-    s2.tEnd = Local(2020, 5, 1, 23);
-    s2.bPattern = 3;
-    EXPECT_LT(cmp(s1, s2), 0);
-    s2.tEnd = s1.tEnd;
-    EXPECT_EQ(0, cmp(s1, s2)) << "the pattern is not looked at when the begins agree";
+    s1.tEnd = s2.tEnd = Local(2020, 5, 1, 22);
+    s2.bPattern = SCHEDULE_YEARLY;
+    EXPECT_EQ(0, DlgScheduler::CmpScheduleData(s1, s2))
+        << "the pattern is not looked at when the begins agree";
+    s2.tEnd += 60;
+    EXPECT_LT(DlgScheduler::CmpScheduleData(s1, s2), 0);
     s2.tStart += 86400;
-    s2.tEnd += 86400;
-    EXPECT_LT(cmp(s1, s2), 0) << "series fields differ: pattern 0 against 3";
-    s2.bPattern = 0;
-    EXPECT_EQ(0, cmp(s1, s2));
-    s1.bSeries = 1;
-    EXPECT_GT(cmp(s1, s2), 0);
+    s2.tEnd += 86400 - 60;
+    EXPECT_LT(DlgScheduler::CmpScheduleData(s1, s2), 0) << "pattern 0 against 3";
+    s2.bPattern = SCHEDULE_DAILY;
+    EXPECT_EQ(0, DlgScheduler::CmpScheduleData(s1, s2));
 }
 
 TEST_F(ScheduleRecord, DurationTextInDaysHoursAndMinutes) {

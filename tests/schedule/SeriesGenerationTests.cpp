@@ -192,32 +192,6 @@ TEST_F(SeriesGeneration, WithoutABufferTheFailureGoesToAnErrorBox) {
     EXPECT_EQ(static_cast<unsigned>(MB_SETFOREGROUND | MB_ICONHAND), boxes.last().uFlags);
 }
 
-TEST_F(SeriesGeneration, CurrentDateAndFlagsOfAFullGeneration) {
-    auto sd = Series(SCHEDULE_DAILY, Local(2020, 1, 1), Local(2020, 1, 31));
-    NVSetNowOverride(Local(2020, 1, 10, 12));
-    Outcome out = Generate(sd, 0, true);
-    ASSERT_TRUE(out.bOk);
-    EXPECT_EQ(30, m_daTermine.GetCount());
-    EXPECT_EQ(0, m_daTermine.iFirstTerminIndex);
-    EXPECT_EQ(9, out.iCurrent) << "10 January is the first date not over";
-    EXPECT_EQ(SCHEDULE_FLAG_OBSERVE_RELEASE | SCHEDULE_FLAG_MORE_DATES | SCHEDULE_FLAG_RESTART_VALID,
-              sd.bFlags);
-    EXPECT_EQ(9, sd.wRestartIndex);
-    EXPECT_EQ(Local(2020, 1, 10), sd.tRestartDate);
-
-    // A running date is current too; the last date current leaves no further date.
-    NVSetNowOverride(Local(2020, 1, 30, 21));
-    out = Generate(sd, 0, true);
-    EXPECT_EQ(29, out.iCurrent);
-    EXPECT_EQ(SCHEDULE_FLAG_OBSERVE_RELEASE | SCHEDULE_FLAG_RESTART_VALID, sd.bFlags);
-
-    // All over: nothing is current, and the restart fields are not valid.
-    NVSetNowOverride(Local(2020, 2, 1));
-    out = Generate(sd, 0, true);
-    EXPECT_EQ(-1, out.iCurrent);
-    EXPECT_EQ(SCHEDULE_FLAG_OBSERVE_RELEASE, sd.bFlags);
-}
-
 TEST_F(SeriesGeneration, PartialGenerationResumesFromTheRestartFields) {
     auto sd = Series(SCHEDULE_DAILY, Local(2020, 1, 1), Local(2020, 1, 31));
     NVSetNowOverride(Local(2020, 1, 10, 12));
@@ -254,6 +228,15 @@ TEST_F(SeriesGeneration, PartialGenerationResumesFromTheRestartFields) {
     EXPECT_EQ(30, m_daTermine.GetCount());
     EXPECT_EQ(19, out.iCurrent);
     EXPECT_EQ(19, sd.wRestartIndex);
+    EXPECT_EQ(SCHEDULE_FLAG_OBSERVE_RELEASE | SCHEDULE_FLAG_MORE_DATES | SCHEDULE_FLAG_RESTART_VALID,
+              sd.bFlags);
+
+    // With the last date current no further date follows.
+    NVSetNowOverride(Local(2020, 1, 30, 21));
+    EXPECT_EQ(29, Generate(sd, 0, true).iCurrent);
+    EXPECT_EQ(SCHEDULE_FLAG_OBSERVE_RELEASE | SCHEDULE_FLAG_RESTART_VALID, sd.bFlags);
+    NVSetNowOverride(Local(2020, 1, 20, 21));
+    Generate(sd, 0, true);
 
     // Once everything is over the partial run finds no current date and drops the restart fields.
     NVSetNowOverride(Local(2020, 3, 1));
