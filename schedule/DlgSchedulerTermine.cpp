@@ -169,6 +169,7 @@ private:
     long long m_llMaxCount = 0;
     long long m_tLimit = 0;
     long long m_llOffsetAtMax = 0; // local minus UTC seconds at TERMIN_MAX_DATE
+    bool m_bOffsetKnown = false;   // false for a zone the helpers do not know
     int m_iBase = 0;
     long long m_tWalk = 0;
     long long m_tPrevEnd = 0;
@@ -205,6 +206,8 @@ bool TerminGenerator::CanWalk() const {
 // A local time that the helpers refused: after TERMIN_MAX_DATE it is carried on, anything else
 // (before 1970, unknown zone) stays -1.
 long long TerminGenerator::BeyondMaxDate(long long llLocal) const {
+    if (!m_bOffsetKnown)
+        return -1;
     long long t = llLocal - m_llOffsetAtMax;
     return t > TERMIN_MAX_DATE ? t : -1;
 }
@@ -256,6 +259,7 @@ void TerminGenerator::Run(long tEventDate) {
     Time_tToSystemTime(m_sd.tStart, &m_stStart, m_sd.dwTimeZone, false, nullptr, 999);
     SYSTEMTIME stMax;
     Time_tToSystemTime(TERMIN_MAX_DATE, &stMax, m_sd.dwTimeZone, false, nullptr, 999);
+    m_bOffsetKnown = stMax.wYear != 0;
     m_llOffsetAtMax = LocalSeconds(stMax) - TERMIN_MAX_DATE;
 
     long tFrom = m_sd.tSeriesStart;
