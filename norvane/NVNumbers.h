@@ -29,8 +29,9 @@ enum NVNumberFormatStringType {
     NVNF_EDIT = 8,    // the same without thousands groups, as typed into a number field
 };
 
-// Formats value per the format text into out (size bytes, always terminated). False on a bad format
-// or a buffer too small.
+// Formats value, rounded with Runden to the format's decimals, per the format text into out (size
+// bytes, always terminated; empty on failure). A value that rounds to zero has no sign. False on a
+// bad format, a buffer too small, or a value that is not finite or reaches 1e18.
 NV_API bool FormatNumber(double value, char const* lpszFormat, char* out, int size);
 
 // The default format text for the type and language (0: current), read from the language's locale
