@@ -121,6 +121,9 @@ TEST_F(ScheduleRecord, DurationTextInDaysHoursAndMinutes) {
     sd.tEnd = sd.tStart - 1;
     DlgScheduler::SetDurationText(sd);
     EXPECT_STREQ("Negative", sd.szDuration);
+    NVSetCurrentLangID(1031);
+    DlgScheduler::SetDurationText(sd);
+    EXPECT_STREQ("Negativ", sd.szDuration) << "the text follows the language";
 
     char szSmall[5];
     EXPECT_EQ(4, DlgScheduler::GetDurationText(Local(2020, 1, 1), Local(2020, 1, 2, 1), kZone, szSmall,

@@ -64,13 +64,12 @@ protected:
     void SetUp() override {
         TIME_ZONE_INFORMATION tzi = CentralEurope();
         ASSERT_TRUE(NVSetTimeZone(kZone, &tzi));
-        m_wOldLang = GetCurrentLangID();
         NVSetCurrentLangID(1033);
         NVSetNowOverride(Local(2020, 1, 1));
     }
     void TearDown() override {
         NVSetNowOverride(0);
-        NVSetCurrentLangID(m_wOldLang);
+        NVSetCurrentLangID(0); // the process language is free again
     }
 
     // A series in the test zone whose dates run from 20:00 to 22:00, released for generation,
@@ -113,7 +112,6 @@ protected:
 
     DynaArrayTpl<ScheduleTermin, 0, 0> m_daTermine;
     int m_iCurrent = -2;
-    WORD m_wOldLang = 0;
 };
 
 // Readable form of a list of times for failure messages.
