@@ -137,16 +137,16 @@ bool DlgBase::Fail(HWND hCtrl, unsigned long dwFlags, unsigned long dwMsgId, cha
 }
 
 bool DlgBase::ReadTrimmed(HWND hCtrl, char* lpszOut, unsigned int uSize, unsigned long dwFlags) {
-    lpszOut[0] = 0;
-    if (NVIsUNICodeDlg())
-        Narrow(WindowTextW(hCtrl).c_str(), lpszOut, static_cast<int>(uSize));
-    else
-        GetWindowTextA(hCtrl, lpszOut, static_cast<int>(uSize));
+    // Trim the whole text before cutting it to the buffer, or blanks would take the place of text.
+    std::wstring wide = WindowTextW(hCtrl);
+    std::vector<char> text(wide.size() * 4 + 1);
+    Narrow(wide.c_str(), text.data(), static_cast<int>(text.size()));
     if (!(dwFlags & NVCF_NO_TRIM))
-        StrTrim(lpszOut);
+        StrTrim(text.data());
     if (dwFlags & NVCF_UPPER)
-        for (char* p = lpszOut; *p; ++p)
+        for (char* p = text.data(); *p; ++p)
             *p = ToUpper(*p);
+    StrNZCpy(lpszOut, text.data(), uSize);
     return lpszOut[0] != 0;
 }
 
@@ -168,11 +168,12 @@ bool DlgBase::GetAndCheckTextFieldW(int id, wchar_t* lpszOut, unsigned int uSize
     HWND hCtrl = ItemOf(id);
     if (!hCtrl || !lpszOut || !uSize)
         return false;
-    StrNZCpy(lpszOut, WindowTextW(hCtrl).c_str(), uSize);
+    std::wstring text = WindowTextW(hCtrl);
     if (!(dwFlags & NVCF_NO_TRIM))
-        StrTrim(lpszOut);
+        text.resize(wcslen(StrTrim(&text[0])));
     if (dwFlags & NVCF_UPPER)
-        CharUpperW(lpszOut);
+        CharUpperW(&text[0]);
+    StrNZCpy(lpszOut, text.c_str(), uSize);
     if (!lpszOut[0] && (dwFlags & NVCF_PFLICHT)) {
         char label[kLabelSize];
         FieldName(hCtrl, lpszName, label, kLabelSize);
