@@ -9,6 +9,7 @@
 #include "NVMsgBox.h"
 #include "NVNumbers.h"
 #include "NVStrings.h"
+#include "NVWindows.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -374,7 +375,7 @@ bool ClientModuleGUIBase::GetMenuText(unsigned short wMenuId, unsigned short wIt
     if (!lpszOut || !uSize)
         return false;
     lpszOut[0] = 0;
-    HMENU hMenu = LoadMenuW(g_hInstance, MAKEINTRESOURCEW(wMenuId));
+    HMENU hMenu = NVLoadMenu(g_hInstance, MAKEINTRESOURCEA(wMenuId));
     if (!hMenu)
         return false;
     wchar_t text[512] = L"";
@@ -410,7 +411,7 @@ unsigned int ClientModuleGUIBase::TrackPopup(HWND hOwner, HMENU hMenu, POINT* pt
 
 unsigned int ClientModuleGUIBase::TrackPopup(HWND hOwner, unsigned short wMenuId, POINT* pt,
                                              unsigned char byAlign, int iSubMenu) {
-    HMENU hMenu = LoadMenuW(g_hInstance, MAKEINTRESOURCEW(wMenuId));
+    HMENU hMenu = NVLoadMenu(g_hInstance, MAKEINTRESOURCEA(wMenuId));
     if (!hMenu)
         return 0;
     unsigned int r = TrackPopup(hOwner, hMenu, pt, byAlign, iSubMenu);

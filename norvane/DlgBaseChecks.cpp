@@ -4,6 +4,7 @@
 
 #include "DlgBaseInternal.h"
 
+#include "NVChecks.h"
 #include "NVFormat.h"
 #include "NVLanguage.h"
 #include "NVMsgBox.h"
@@ -42,35 +43,6 @@ bool ParseUnsigned(char const* text, unsigned __int64 uMax, unsigned __int64& ou
     while (IsBlank(*text))
         ++text;
     return *text == 0;
-}
-
-bool IsEMailChar(char c) {
-    unsigned char u = static_cast<unsigned char>(c);
-    if (u >= 0x80)
-        return true; // letters of the code page are allowed in names
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-           std::strchr("!#$%&'*+/=?^_`{|}~.-", c) != nullptr;
-}
-
-// One address "local@domain.tld": no blanks, one '@', no empty dot-separated part, a dot in the
-// domain and a top-level part of at least two characters.
-bool IsValidEMail(char const* text) {
-    char const* at = std::strchr(text, '@');
-    if (!at || at == text || std::strchr(at + 1, '@'))
-        return false;
-    for (char const* p = text; *p; ++p)
-        if (*p != '@' && !IsEMailChar(*p))
-            return false;
-    std::string local(text, at);
-    std::string domain(at + 1);
-    auto partsOk = [](std::string const& s) {
-        return !s.empty() && s.front() != '.' && s.back() != '.' && s.find("..") == std::string::npos;
-    };
-    if (!partsOk(local) || !partsOk(domain))
-        return false;
-    size_t dot = domain.rfind('.');
-    return dot != std::string::npos && domain.size() - dot - 1 >= 2 &&
-           domain.find_first_of("!#$%&'*+/=?^`{|}~") == std::string::npos;
 }
 
 // A card date: month and year separated by '/', '.', '-' or nothing; two or four digits of year.
@@ -186,7 +158,7 @@ bool DlgBase::GetAndCheckEMailField(int id, char* lpszOut, unsigned int uSize, c
                                     unsigned long dwFlags) {
     if (!GetAndCheckTextField(id, lpszOut, uSize, lpszName, dwFlags))
         return false;
-    if (lpszOut[0] && !IsValidEMail(lpszOut))
+    if (lpszOut[0] && !NVIsValidEmailAddress(lpszOut))
         return Fail(ItemOf(id), dwFlags, NV_IDS_EMAIL_INVALID, lpszOut);
     return true;
 }
@@ -207,7 +179,7 @@ bool DlgBase::GetAndCheckMultipleEMailField(int id, char* lpszOut, unsigned int 
         part.push_back(0);
         StrTrim(part.data());
         if (part[0]) {
-            if (!IsValidEMail(part.data()))
+            if (!NVIsValidEmailAddress(part.data()))
                 return Fail(ItemOf(id), dwFlags, NV_IDS_EMAIL_INVALID, part.data());
             if (!joined.empty())
                 joined += "; ";

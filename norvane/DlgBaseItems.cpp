@@ -8,6 +8,7 @@
 #include "NVLanguage.h"
 #include "NVNumbers.h"
 #include "NVStrings.h"
+#include "NVWindows.h"
 
 #include <commctrl.h>
 
@@ -108,17 +109,13 @@ void DlgBase::SetDialogFocus(unsigned short id) {
 
 // ---- Text
 
+// The members take the free wrappers' way, so a dialog's texts follow NVIsUNICodeDlg like all others.
 int DlgBase::NVSetWindowTextUC(HWND hWnd, char const* lpszText) {
-    if (!hWnd)
-        return 0;
-    if (NVIsUNICodeDlg())
-        return SetWindowTextW(hWnd, Widen(lpszText).c_str());
-    return SetWindowTextA(hWnd, lpszText ? lpszText : "");
+    return hWnd ? ::NVSetWindowTextUC(hWnd, lpszText ? lpszText : "") : 0;
 }
 
 int DlgBase::NVSetDlgItemTextUC(HWND hDlg, int id, char const* lpszText) {
-    HWND hCtrl = hDlg ? GetDlgItem(hDlg, id) : nullptr;
-    return hCtrl ? NVSetWindowTextUC(hCtrl, lpszText) : 0;
+    return hDlg ? ::NVSetDlgItemTextUC(hDlg, id, lpszText ? lpszText : "") : 0;
 }
 
 int DlgBase::NVSetDlgItemTextUC(int id, char const* lpszText) {
@@ -130,11 +127,7 @@ int DlgBase::NVGetDlgItemTextUC(HWND hDlg, int id, char* lpszOut, int iSize) {
         return 0;
     lpszOut[0] = 0;
     HWND hCtrl = hDlg ? GetDlgItem(hDlg, id) : nullptr;
-    if (!hCtrl)
-        return 0;
-    if (NVIsUNICodeDlg())
-        return Narrow(WindowTextW(hCtrl).c_str(), lpszOut, iSize);
-    return GetWindowTextA(hCtrl, lpszOut, iSize);
+    return hCtrl ? ::NVGetWindowTextUC(hCtrl, lpszOut, iSize) : 0;
 }
 
 int DlgBase::NVGetDlgItemTextUC(int id, char* lpszOut, int iSize) {
