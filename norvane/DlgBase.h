@@ -59,6 +59,9 @@ public:
     virtual bool OnVetoClose(int iResult); // true keeps the dialog open in DlgClose
     virtual void OnDlgDestroy();           // at WM_DESTROY, after the position is saved
     virtual ~DlgBase();
+    // The base's part: layout on WM_SIZE, the minimum and maximum on WM_GETMINMAXINFO, changes and
+    // focus moves reported by controls, WM_CLOSE as DlgClose(IDCANCEL), the position saved at
+    // WM_DESTROY. Returns FALSE for everything else, NVWM_UPDATE_ENABLE included.
     virtual INT_PTR DlgProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam);
     virtual void OnSetFocus(HWND hCtrl);  // a child control got the focus
     virtual void OnKillFocus(HWND hCtrl); // a child control lost the focus

@@ -476,6 +476,15 @@ TEST(ClientModuleHelpers, FormatDupMenuTextPopupAndIcons) {
     EXPECT_EQ(0u,
               ClientModuleGUIBase::TrackPopup(host.hwnd(), static_cast<unsigned short>(700), nullptr, 0, 5))
         << "missing sub-menu";
+    // A shown popup is closed by a timer inside its menu loop.
+    SetTimer(nullptr, 0, 100, [](HWND, UINT, UINT_PTR id, DWORD) {
+        KillTimer(nullptr, id);
+        EndMenu();
+    });
+    POINT pt = {20, 20};
+    EXPECT_NE(0u, ClientModuleGUIBase::TrackPopup(host.hwnd(), static_cast<unsigned short>(700), &pt,
+                                                  static_cast<unsigned char>(TPM_CENTERALIGN >> 8), 0))
+        << "the popup ran";
     HMENU hMenu = LoadMenuW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(700));
     EXPECT_EQ(0u, ClientModuleGUIBase::TrackPopup(host.hwnd(), hMenu, nullptr, 0, 3));
     EXPECT_TRUE(IsMenu(hMenu)) << "the caller's menu stays";

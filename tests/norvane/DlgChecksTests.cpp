@@ -12,6 +12,7 @@
 #include <commctrl.h>
 
 #include <string>
+#include <vector>
 
 using vtrtest::MsgBoxRecorder;
 using vtrtest::Utf8;
@@ -471,6 +472,81 @@ TEST_F(DlgChecks, EnableAllInputChildsSparesExcludedAndStatics) {
     EXPECT_FALSE(GetWindowLongW(Item(IDC_PRICE), GWL_STYLE) & WS_VISIBLE);
     dlg.SetDialogFocus(IDC_EMAIL);
     EXPECT_EQ(Item(IDC_EMAIL), GetFocus());
+}
+
+} // namespace
+
+namespace {
+
+TEST_F(DlgChecks, TextMembersAndNumberFieldFollowTheCodePage) {
+    NVSetCurCodePage(1252);
+    EXPECT_NE(0, dlg.NVSetDlgItemTextUC(IDC_NAME, "Caf\xE9"));
+    wchar_t wide[16];
+    GetWindowTextW(Item(IDC_NAME), wide, 16);
+    EXPECT_STREQ(L"Caf\x00E9", wide);
+    char text[16];
+    EXPECT_EQ(4, dlg.NVGetDlgItemTextUC(IDC_NAME, text, sizeof text));
+    EXPECT_STREQ("Caf\xE9", text);
+    EXPECT_EQ(0, dlg.NVGetDlgItemTextUC(999, text, sizeof text));
+    EXPECT_STREQ("", text);
+    dlg.NVSetWindowTextUC(hDlg, "Kasse \xA7");
+    GetWindowTextW(hDlg, wide, 16);
+    EXPECT_STREQ(L"Kasse \x00A7", wide);
+    NVSetCurCodePage(0);
+
+    HWND hPrice = Item(IDC_PRICE);
+    SetWindowTextW(hPrice, L" 3.14159 ");
+    EXPECT_TRUE(DlgBase::FormatDoubleField_(hPrice, "%.2f", false));
+    GetWindowTextA(hPrice, text, sizeof text);
+    EXPECT_STREQ("3.14", text);
+    SetWindowTextW(hPrice, L"3,x");
+    EXPECT_FALSE(DlgBase::FormatDoubleField_(hPrice, "%.2f", false));
+    GetWindowTextA(hPrice, text, sizeof text);
+    EXPECT_STREQ("3,x", text) << "no number, no change";
+    SetWindowTextW(hPrice, L"");
+    EXPECT_TRUE(DlgBase::FormatDoubleField_(hPrice, "%.2f", false));
+    EXPECT_EQ(0, GetWindowTextLengthW(hPrice)) << "an empty field stays empty";
+    SetWindowTextW(hPrice, L"0");
+    EXPECT_TRUE(DlgBase::FormatDoubleField_(hPrice, "%.2f", true));
+    EXPECT_EQ(0, GetWindowTextLengthW(hPrice)) << "zero as empty";
+    SetWindowTextW(hPrice, L"0");
+    EXPECT_TRUE(DlgBase::FormatDoubleField_(hPrice, "%.2f", false));
+    GetWindowTextA(hPrice, text, sizeof text);
+    EXPECT_STREQ("0.00", text);
+}
+
+TEST_F(DlgChecks, FailedFieldShowsBothTabLevelsFirst) {
+    vtrtest::HostDialog host;
+    std::vector<UINT> notes;
+    host.onNotify = [&notes](UINT, WPARAM, LPARAM lParam, LRESULT&) {
+        notes.push_back(reinterpret_cast<NMHDR*>(lParam)->code);
+        return false;
+    };
+    HWND hTabs[2];
+    for (int t = 0; t < 2; ++t) {
+        hTabs[t] = host.AddControl(WC_TABCONTROLW, 0, 60 + t, 0, 0, 200, 100);
+        for (int i = 0; i < 4; ++i) {
+            TCITEMW item{};
+            item.mask = TCIF_TEXT;
+            wchar_t name[] = L"P";
+            item.pszText = name;
+            SendMessageW(hTabs[t], TCM_INSERTITEMW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&item));
+        }
+    }
+    dlg.m_iTabPage = 3;
+    dlg.m_hTabWnd = hTabs[0];
+    dlg.m_iTabPage2 = 1;
+    dlg.m_hTabWnd2 = hTabs[1];
+    MsgBoxRecorder rec;
+    char out[8];
+    EXPECT_FALSE(dlg.GetAndCheckTextField(IDC_NAME, out, sizeof out, nullptr, NVCF_PFLICHT));
+    EXPECT_EQ(3, static_cast<int>(SendMessageW(hTabs[0], TCM_GETCURSEL, 0, 0)));
+    EXPECT_EQ(1, static_cast<int>(SendMessageW(hTabs[1], TCM_GETCURSEL, 0, 0)));
+    EXPECT_EQ(4u, notes.size()) << "changing and change for each level";
+    EXPECT_EQ(Item(IDC_NAME), GetFocus());
+    EXPECT_FALSE(DlgBase::SelectTabPage_(hTabs[0], 4)) << "no such page";
+    EXPECT_TRUE(DlgBase::SelectTabPage_(hTabs[0], 3)) << "already there";
+    EXPECT_EQ(4u, notes.size()) << "and no notification for it";
 }
 
 } // namespace
