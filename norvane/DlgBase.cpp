@@ -159,6 +159,7 @@ INT_PTR CALLBACK DlgBase::StaticDlgProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPA
         if (self->m_hWnd == hWnd)
             self->m_hWnd = nullptr;
         self->m_items.clear();
+        self->m_bHasMinMax = false;
     }
     return r;
 }

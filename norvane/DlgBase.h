@@ -75,8 +75,10 @@ public:
     int DlgOpen(HINSTANCE hInst, int iTemplateId, HWND hParent);
     // Creates the dialog modeless; null on failure. DlgClose destroys it.
     HWND DlgCreateModeless(HINSTANCE hInst, int iTemplateId, HWND hParent);
-    // Names the dialog for saving its position (and size when it has a sizing frame) below
-    // NVGetRegAppBaseKey(); call before opening. Null or empty: nothing is saved.
+    // Names the dialog for saving its position (and size when it has a sizing frame): at WM_DESTROY
+    // the window rectangle goes to HKEY_CURRENT_USER\<NVGetRegAppBaseKey()>\DlgPos, value <ident>,
+    // as four LONGs (left, top, width, height), and comes back after WM_INITDIALOG when it lies on
+    // a monitor. Call before opening. Null or empty: nothing is saved.
     void SetHistIdent(char const* lpszIdent);
     // The object of a dialog window opened through DlgOpen or DlgCreateModeless; null otherwise.
     static DlgBase* GetDlgBasePtr(HWND hWnd);
