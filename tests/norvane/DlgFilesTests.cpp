@@ -190,7 +190,9 @@ protected:
     }
     void TearDown() override {
         CMessageBox::GetdaRegisterdMessageBox().Clear(false);
-        RegDeleteTreeA(HKEY_CURRENT_USER, "Software\\VantrelTests");
+        RegDeleteTreeA(HKEY_CURRENT_USER, kBase);
+        // The common parent goes only when no other test keeps a key there.
+        RegDeleteKeyA(HKEY_CURRENT_USER, "Software\\VantrelTests");
         NVSetRegAppBaseKey(nullptr);
     }
     static bool ValueExists(char const* name) {

@@ -269,7 +269,9 @@ TEST(DlgLayout, PositionAndSizeComeBackUnderTheHistIdent) {
         EXPECT_EQ(61, rc.left);
         EXPECT_NE(420, rc.right - rc.left);
     }
-    EXPECT_EQ(ERROR_SUCCESS, RegDeleteTreeA(HKEY_CURRENT_USER, "Software\\VantrelTests"));
+    EXPECT_EQ(ERROR_SUCCESS, RegDeleteTreeA(HKEY_CURRENT_USER, kBase));
+    // The common parent goes only when no other test keeps a key there.
+    RegDeleteKeyA(HKEY_CURRENT_USER, "Software\\VantrelTests");
     NVSetRegAppBaseKey(nullptr);
 }
 
