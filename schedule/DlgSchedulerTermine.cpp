@@ -7,6 +7,7 @@
 #include "norvane/NVErrors.h"
 #include "norvane/NVFormat.h"
 #include "norvane/NVLanguage.h"
+#include "frame/ClientModuleGUIBase.h"
 #include "norvane/NVMsgBox.h"
 #include "norvane/NVStrings.h"
 
@@ -493,8 +494,10 @@ bool DlgScheduler::CreateTermine(ScheduleData& sd, long tEventDate,
         TerminGenerator generator(sd, daTermine, iCurrent, tNow, bAll);
         generator.Run(tEventDate);
     } catch (NVThrowData& e) {
-        if (!lpszError)
-            NVMsgBox(nullptr, nullptr, MB_SETFOREGROUND | MB_ICONHAND, "%s", e.GetText());
+        if (!lpszError) {
+            ClientModuleGUIBase module; // the module's title rule picks the box's title
+            module.ShowErrorMsg("%s", e.GetText());
+        }
         else
             StrNZCpy(lpszError, e.GetText(), cbError);
         if (pdwError)
