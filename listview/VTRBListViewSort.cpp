@@ -239,10 +239,10 @@ int VTRBListView::Compare(Row* a, Row* b, int level) {
         if (m_wSecondSortCol != first) {
             m_iSortCol = m_wSecondSortCol;
             r = Compare(a, b, 1);
-            if (r == 0 && m_wThirdSortCol != m_iSortCol) {
-                m_iSortCol = m_wThirdSortCol;
-                r = Compare(a, b, 2);
-            }
+        }
+        if (r == 0 && m_wThirdSortCol != m_iSortCol) {
+            m_iSortCol = m_wThirdSortCol;
+            r = Compare(a, b, 2);
         }
         m_iSortCol = first;
         if (r != 0)

@@ -28,6 +28,8 @@ public:
     }
     unsigned int RowSize() const { return GetRowSize(); }
     void RecomputeTree() { UpdateTreeInfo(); }
+    // Sets the first key without sorting, as restoring settings does.
+    bool SetKeysOnly(int col, bool bDesc) { return _SetSortMode(col, bDesc, true, false); }
 
     // What a store does for a child row: the last added row gets its parent. For lists of a text
     // and an int column.
