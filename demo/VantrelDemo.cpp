@@ -5,6 +5,8 @@
 #include "DemoIds.h"
 #include "Screenshot.h"
 
+#include "frame/VTRStringIds.h"
+#include "frame/VTRStringTable.h"
 #include "frame/VantrelBase.h"
 
 #include "Norvane.h"
@@ -54,6 +56,22 @@ std::vector<DemoRow> BuildRows() {
         rows.push_back({std::wstring(L"Range check, ") + names[i], buf});
     }
 
+    // Numbers, dates and the library's own texts as each language writes them.
+    long const tShow = 1795441500; // 23.11.2026 13:45 in Central Europe
+    for (int i = 0; i < 3; ++i) {
+        NVSetCurrentLangID(langs[i]);
+        char num[100], date[100];
+        FormatNumber(-1234567.891, NVGetNumberFormatString(NVNF_DEFAULT, 0, false), num, sizeof num);
+        FormatDateTime(tShow, NVGetDateTimeFormatString(NVDT_DATE_WEEKDAY, 0), NVGetDateTimeFormatString(NVDT_TIME, 0),
+                       date, sizeof date, 0);
+        std::wstring texts = std::wstring(VTRStringTable::GetTextW(IDS_VTR_YES)) + L" / " +
+                             VTRStringTable::GetTextW(IDS_VTR_NO) + L" / " + VTRStringTable::GetTextW(IDS_VTR_DIFFERENT);
+        rows.push_back({std::wstring(L"Amount, ") + names[i], Widen(num)});
+        rows.push_back({std::wstring(L"Date and time, ") + names[i], Widen(date)});
+        rows.push_back({std::wstring(L"Library texts, ") + names[i], texts});
+    }
+    NVSetCurrentLangID(0);
+
     char text[256] = "  Parkett, Reihe 7  ";
     StrTrim(text);
     rows.push_back({L"StrTrim", L"[" + Widen(text) + L"]"});
@@ -65,7 +83,9 @@ std::vector<DemoRow> BuildRows() {
     int const values[] = {45, 12, 30, 12, 99};
     for (int v : values)
         prices.Add(v);
-    prices.Sort([](void const* a, void const* b) { return *static_cast<int const*>(a) - *static_cast<int const*>(b); });
+    prices.Sort([](void const* a, void const* b) {
+        return *static_cast<int const*>(a) - *static_cast<int const*>(b);
+    });
     std::wstring sorted;
     for (int i = 0; i < prices.GetCount(); ++i)
         sorted += (i ? L", " : L"") + std::to_wstring(*prices.Get(i));
@@ -76,7 +96,11 @@ std::vector<DemoRow> BuildRows() {
     rows.push_back({L"Controls library", module});
 
     try {
-        Throw(0, "Line \xA7" "1!d!: '\xA7" "2' is not a number", 17, "12x");
+        Throw(0,
+              "Line \xA7"
+              "1!d!: '\xA7"
+              "2' is not a number",
+              17, "12x");
     } catch (NVThrowData const& e) {
         rows.push_back({L"Throw and catch", Widen(e.GetText())});
     }

@@ -19,7 +19,8 @@ CFixSizeAlloc::~CFixSizeAlloc() {
 
 void* CFixSizeAlloc::Alloc() {
     if (m_vFree.empty()) {
-        auto* data = static_cast<unsigned char*>(std::malloc(static_cast<size_t>(m_iBlockSize) * m_iBlocksPerChunk));
+        auto* data =
+            static_cast<unsigned char*>(std::malloc(static_cast<size_t>(m_iBlockSize) * m_iBlocksPerChunk));
         if (!data)
             return nullptr;
         m_vChunks.push_back(Chunk{data, std::vector<bool>(m_iBlocksPerChunk, false)});

@@ -3,7 +3,8 @@
 #include <cstring>
 #include <new>
 
-DBaum::DBaum(int valueSize, int /*blockCount*/, CMemAllocator* /*alloc*/) : m_iValueSize(valueSize > 0 ? valueSize : 1) {}
+DBaum::DBaum(int valueSize, int /*blockCount*/, CMemAllocator* /*alloc*/)
+    : m_iValueSize(valueSize > 0 ? valueSize : 1) {}
 
 DBaum::~DBaum() = default;
 

@@ -10,7 +10,8 @@ namespace {
 constexpr int kPageBytes = 4096;
 } // namespace
 
-DynaArray::DynaArray(int elemSize, int grow, void* /*heap*/) : m_iElemSize(elemSize > 0 ? elemSize : 1), m_iGrow(grow) {}
+DynaArray::DynaArray(int elemSize, int grow, void* /*heap*/)
+    : m_iElemSize(elemSize > 0 ? elemSize : 1), m_iGrow(grow) {}
 
 DynaArray::DynaArray(DynaArray const& other) : m_iElemSize(other.m_iElemSize), m_iGrow(other.m_iGrow) {
     *this = other;

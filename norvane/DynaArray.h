@@ -75,7 +75,9 @@ private:
     std::vector<unsigned long>* m_pKeys = nullptr; // the key list of keyed use, null while unused
 
     bool EnsureRoom(int count);
-    char* At(int index) const { return static_cast<char*>(m_pData) + static_cast<size_t>(index) * m_iElemSize; }
+    char* At(int index) const {
+        return static_cast<char*>(m_pData) + static_cast<size_t>(index) * m_iElemSize;
+    }
     void ApplyOrder(std::vector<int> const& order);
     bool HasKeys() const { return m_pKeys && static_cast<int>(m_pKeys->size()) == m_iCount; }
 };

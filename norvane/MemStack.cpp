@@ -5,7 +5,8 @@
 #include <cstdlib>
 #include <cstring>
 
-MemStack::MemStack(int pageSize, int maxSize) : m_iPageSize(pageSize > 0 ? pageSize : 1024), m_iMaxSize(maxSize) {}
+MemStack::MemStack(int pageSize, int maxSize)
+    : m_iPageSize(pageSize > 0 ? pageSize : 1024), m_iMaxSize(maxSize) {}
 
 MemStack::~MemStack() {
     FreeAllPages();

@@ -31,7 +31,8 @@ public:
 
     // Writes the used bytes to path (created or replaced). With a file time it is set on the file;
     // bAppend adds to an existing file instead. dwFlags is passed to CreateFile as attributes (0: normal).
-    bool MemToFile(char const* path, unsigned long dwFlags = 0, FILETIME* pTime = nullptr, bool bAppend = false);
+    bool MemToFile(char const* path, unsigned long dwFlags = 0, FILETIME* pTime = nullptr,
+                   bool bAppend = false);
 
 private:
     int m_iPageSize;

@@ -22,7 +22,8 @@ char* DupText(char const* text) {
 
 NVThrowData::NVThrowData(int iCode, char const* lpszText) : m_lpszText(DupText(lpszText)), m_iCode(iCode) {}
 
-NVThrowData::NVThrowData(NVThrowData const& other) : m_lpszText(DupText(other.m_lpszText)), m_iCode(other.m_iCode) {}
+NVThrowData::NVThrowData(NVThrowData const& other)
+    : m_lpszText(DupText(other.m_lpszText)), m_iCode(other.m_iCode) {}
 
 NVThrowData& NVThrowData::operator=(NVThrowData const& other) {
     if (this != &other) {
@@ -73,10 +74,10 @@ int WriteToLog(char const* lpszFile, char const* lpszFormat, ...) {
     SYSTEMTIME st;
     GetLocalTime(&st);
     char line[4200];
-    int len = SNPrintf(line, sizeof line, "%04u-%02u-%02u %02u:%02u:%02u %s\r\n", st.wYear, st.wMonth, st.wDay,
-                       st.wHour, st.wMinute, st.wSecond, text);
-    HANDLE h = CreateFileA(lpszFile, FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS,
-                           FILE_ATTRIBUTE_NORMAL, nullptr);
+    int len = SNPrintf(line, sizeof line, "%04u-%02u-%02u %02u:%02u:%02u %s\r\n", st.wYear, st.wMonth,
+                       st.wDay, st.wHour, st.wMinute, st.wSecond, text);
+    HANDLE h = CreateFileA(lpszFile, FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                           OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (h == INVALID_HANDLE_VALUE)
         return -1;
     DWORD written = 0;
@@ -90,11 +91,11 @@ char const* GetLastErrorText(char* buf, int size, unsigned long dwCode, unsigned
         return buf;
     if (dwCode == 0)
         dwCode = GetLastError();
-    DWORD n = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, dwCode, wLangID,
-                             buf, static_cast<DWORD>(size), nullptr);
+    DWORD n = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, dwCode,
+                             wLangID, buf, static_cast<DWORD>(size), nullptr);
     if (!n && wLangID)
-        n = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, dwCode, 0, buf,
-                           static_cast<DWORD>(size), nullptr);
+        n = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, dwCode, 0,
+                           buf, static_cast<DWORD>(size), nullptr);
     if (!n)
         SNPrintf(buf, static_cast<unsigned>(size), "Error %lu (0x%08lX)", dwCode, dwCode);
     StrTrim(buf);

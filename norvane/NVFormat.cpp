@@ -14,14 +14,27 @@
 namespace {
 
 // What one conversion reads from the argument list.
-enum class ArgKind { None, Int32, UInt32, Int64, UInt64, Double, LongDouble, Ptr, NarrowText, WideText, NarrowChar, WideChar };
+enum class ArgKind {
+    None,
+    Int32,
+    UInt32,
+    Int64,
+    UInt64,
+    Double,
+    LongDouble,
+    Ptr,
+    NarrowText,
+    WideText,
+    NarrowChar,
+    WideChar
+};
 
 struct Conversion {
     std::string flags;
-    int iWidth = -1;          // -1: none; -2: taken from the argument list
-    int iPrecision = -1;      // -1: none; -2: taken from the argument list
-    std::string lengthMod;    // normalised to "", "hh", "h", "ll" or "L"
-    char cConv = 0;           // d i u o x X c s e E f F g G a A p
+    int iWidth = -1;       // -1: none; -2: taken from the argument list
+    int iPrecision = -1;   // -1: none; -2: taken from the argument list
+    std::string lengthMod; // normalised to "", "hh", "h", "ll" or "L"
+    char cConv = 0;        // d i u o x X c s e E f F g G a A p
     ArgKind kind = ArgKind::None;
 };
 
@@ -40,7 +53,8 @@ template <class CharT> bool IsDigit(CharT c) {
 
 // Parses a printf conversion behind the '%' (or inside "!...!"). bWide tells the width of the
 // function, which decides what %s and %c mean. Returns the characters consumed, 0 when it is none.
-template <class CharT> size_t ParseConversion(CharT const* s, size_t n, bool bWide, bool bAllowStar, Conversion& cv) {
+template <class CharT>
+size_t ParseConversion(CharT const* s, size_t n, bool bWide, bool bAllowStar, Conversion& cv) {
     size_t i = 0;
     cv = Conversion();
     while (i < n && (s[i] == '-' || s[i] == '+' || s[i] == ' ' || s[i] == '#' || s[i] == '0'))
@@ -384,7 +398,9 @@ template <class CharT> std::vector<Placeholder> ScanPlaceholders(CharT const* s,
     return found;
 }
 
-template <class CharT> int FormatMessageText(Output<CharT>& out, CharT const* fmt, size_t n, std::vector<Placeholder> const& phs, va_list args) {
+template <class CharT>
+int FormatMessageText(Output<CharT>& out, CharT const* fmt, size_t n, std::vector<Placeholder> const& phs,
+                      va_list args) {
     int maxNumber = 0;
     for (auto const& ph : phs)
         maxNumber = ph.iNumber > maxNumber ? ph.iNumber : maxNumber;
@@ -409,7 +425,8 @@ template <class CharT> int FormatMessageText(Output<CharT>& out, CharT const* fm
     return static_cast<int>(out.nLen);
 }
 
-template <class CharT> int FormatPrintf(Output<CharT>& out, CharT const* fmt, size_t n, bool bWide, va_list args) {
+template <class CharT>
+int FormatPrintf(Output<CharT>& out, CharT const* fmt, size_t n, bool bWide, va_list args) {
     for (size_t i = 0; i < n; ++i) {
         if (fmt[i] != '%') {
             out.Put(fmt[i]);
@@ -446,7 +463,8 @@ template <class CharT> int FormatPrintf(Output<CharT>& out, CharT const* fmt, si
     return static_cast<int>(out.nLen);
 }
 
-template <class CharT> int FormatAny(CharT* buf, unsigned int size, CharT const* fmt, va_list args, bool bWide) {
+template <class CharT>
+int FormatAny(CharT* buf, unsigned int size, CharT const* fmt, va_list args, bool bWide) {
     if (!buf || !size)
         return -1;
     Output<CharT> out{buf, size};
@@ -454,7 +472,8 @@ template <class CharT> int FormatAny(CharT* buf, unsigned int size, CharT const*
     if (fmt) {
         size_t n = std::char_traits<CharT>::length(fmt);
         std::vector<Placeholder> phs = ScanPlaceholders(fmt, n, bWide);
-        len = phs.empty() ? FormatPrintf(out, fmt, n, bWide, args) : FormatMessageText(out, fmt, n, phs, args);
+        len =
+            phs.empty() ? FormatPrintf(out, fmt, n, bWide, args) : FormatMessageText(out, fmt, n, phs, args);
     }
     buf[out.nLen] = 0;
     return len;

@@ -150,7 +150,8 @@ char const* GSRC(unsigned long dwID, unsigned short wLangID) {
     std::wstring const& w = WideText(dwID, wLangID);
     std::string a;
     if (!w.empty()) {
-        int len = WideCharToMultiByte(cp, 0, w.data(), static_cast<int>(w.size()), nullptr, 0, nullptr, nullptr);
+        int len =
+            WideCharToMultiByte(cp, 0, w.data(), static_cast<int>(w.size()), nullptr, 0, nullptr, nullptr);
         if (len > 0) {
             a.resize(len);
             WideCharToMultiByte(cp, 0, w.data(), static_cast<int>(w.size()), &a[0], len, nullptr, nullptr);

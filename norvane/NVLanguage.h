@@ -37,12 +37,12 @@ NV_API wchar_t const* GSRCW(unsigned long dwID, unsigned short wLangID = 0);
 
 // Ids of GSRC.
 enum : unsigned long {
-    NV_IDS_FIELD_EMPTY = 1024,       // §1: the field's label
-    NV_IDS_FIELD_INVALID = 1025,     // §1: the field's text
-    NV_IDS_EMAIL_INVALID = 1026,     // §1: the address
-    NV_IDS_CARDDATE_INVALID = 1027,  // §1: the field's label
-    NV_IDS_SELECT_ENTRY = 1028,      // §1: the field's label
-    NV_IDS_DATE_EMPTY = 1029,        // §1: the field's label
-    NV_IDS_NUMBER_INVALID = 1030,    // §1: the field's label
-    NV_IDS_OUT_OF_RANGE = 1042,      // §1, §2: lower and upper bound, as text
+    NV_IDS_FIELD_EMPTY = 1024,      // §1: the field's label
+    NV_IDS_FIELD_INVALID = 1025,    // §1: the field's text
+    NV_IDS_EMAIL_INVALID = 1026,    // §1: the address
+    NV_IDS_CARDDATE_INVALID = 1027, // §1: the field's label
+    NV_IDS_SELECT_ENTRY = 1028,     // §1: the field's label
+    NV_IDS_DATE_EMPTY = 1029,       // §1: the field's label
+    NV_IDS_NUMBER_INVALID = 1030,   // §1: the field's label
+    NV_IDS_OUT_OF_RANGE = 1042,     // §1, §2: lower and upper bound, as text
 };

@@ -53,7 +53,8 @@ int NVMessageBox(HWND hParent, char const* lpszText, char const* lpszTitle, unsi
     return NVMessageBoxW(hParent, ToWide(lpszText).c_str(), title.empty() ? nullptr : title.c_str(), uFlags);
 }
 
-int NVMsgBox_VA(HWND hParent, char const* lpszTitle, unsigned int uFlags, char const* lpszText, va_list args) {
+int NVMsgBox_VA(HWND hParent, char const* lpszTitle, unsigned int uFlags, char const* lpszText,
+                va_list args) {
     std::vector<char> text(kTextSize);
     VSNPrintf(text.data(), kTextSize, lpszText ? lpszText : "", args, 0);
     return NVMessageBox(hParent, text.data(), lpszTitle, uFlags);

@@ -10,5 +10,7 @@
 #include "NVErrors.h"
 #include "NVFormat.h"
 #include "NVLanguage.h"
+#include "NVDates.h"
 #include "NVMsgBox.h"
+#include "NVNumbers.h"
 #include "NVStrings.h"

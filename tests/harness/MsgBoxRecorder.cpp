@@ -14,12 +14,12 @@ MsgBoxRecorder::~MsgBoxRecorder() {
 
 int MsgBoxRecorder::DefaultButton(unsigned int uFlags) {
     static int const buttons[][3] = {
-        {IDOK, IDOK, IDOK},             // MB_OK
-        {IDOK, IDCANCEL, IDCANCEL},     // MB_OKCANCEL
-        {IDABORT, IDRETRY, IDIGNORE},   // MB_ABORTRETRYIGNORE
-        {IDYES, IDNO, IDCANCEL},        // MB_YESNOCANCEL
-        {IDYES, IDNO, IDNO},            // MB_YESNO
-        {IDRETRY, IDCANCEL, IDCANCEL},  // MB_RETRYCANCEL
+        {IDOK, IDOK, IDOK},                 // MB_OK
+        {IDOK, IDCANCEL, IDCANCEL},         // MB_OKCANCEL
+        {IDABORT, IDRETRY, IDIGNORE},       // MB_ABORTRETRYIGNORE
+        {IDYES, IDNO, IDCANCEL},            // MB_YESNOCANCEL
+        {IDYES, IDNO, IDNO},                // MB_YESNO
+        {IDRETRY, IDCANCEL, IDCANCEL},      // MB_RETRYCANCEL
         {IDCANCEL, IDTRYAGAIN, IDCONTINUE}, // MB_CANCELTRYCONTINUE
     };
     unsigned type = uFlags & MB_TYPEMASK;
@@ -31,10 +31,11 @@ int MsgBoxRecorder::DefaultButton(unsigned int uFlags) {
     return buttons[type][def];
 }
 
-int CALLBACK MsgBoxRecorder::Sink(void* pContext, HWND hParent, wchar_t const* lpszTitle, wchar_t const* lpszText,
-                                  unsigned int uFlags) {
+int CALLBACK MsgBoxRecorder::Sink(void* pContext, HWND hParent, wchar_t const* lpszTitle,
+                                  wchar_t const* lpszText, unsigned int uFlags) {
     auto* self = static_cast<MsgBoxRecorder*>(pContext);
-    self->m_boxes.push_back(RecordedBox{hParent, lpszTitle ? lpszTitle : L"", lpszText ? lpszText : L"", uFlags});
+    self->m_boxes.push_back(
+        RecordedBox{hParent, lpszTitle ? lpszTitle : L"", lpszText ? lpszText : L"", uFlags});
     if (!self->m_answers.empty()) {
         int answer = self->m_answers.front();
         self->m_answers.pop_front();

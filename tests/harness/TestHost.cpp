@@ -37,8 +37,9 @@ HostDialog::~HostDialog() {
 
 HWND HostDialog::AddControl(wchar_t const* lpszClass, DWORD dwStyle, int id, int x, int y, int cx, int cy,
                             wchar_t const* lpszText, DWORD dwExStyle) {
-    HWND h = CreateWindowExW(dwExStyle, lpszClass, lpszText, WS_CHILD | WS_VISIBLE | dwStyle, x, y, cx, cy, m_hWnd,
-                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
+    HWND h = CreateWindowExW(dwExStyle, lpszClass, lpszText, WS_CHILD | WS_VISIBLE | dwStyle, x, y, cx, cy,
+                             m_hWnd, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
+                             GetModuleHandleW(nullptr), nullptr);
     if (h)
         SendMessageW(h, WM_SETFONT, SendMessageW(m_hWnd, WM_GETFONT, 0, 0), FALSE);
     return h;
@@ -90,7 +91,8 @@ bool PumpUntil(std::function<bool()> const& cond, DWORD msTimeout) {
 std::string Utf8(std::wstring const& text) {
     if (text.empty())
         return std::string();
-    int n = WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0, nullptr, nullptr);
+    int n = WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0, nullptr,
+                                nullptr);
     std::string s(n, '\0');
     WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), &s[0], n, nullptr, nullptr);
     return s;

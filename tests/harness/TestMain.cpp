@@ -10,9 +10,10 @@
 #include <objbase.h>
 
 namespace {
-int CALLBACK UnexpectedBox(void*, HWND, wchar_t const* lpszTitle, wchar_t const* lpszText, unsigned int uFlags) {
-    ADD_FAILURE() << "unexpected message box \"" << vtrtest::Utf8(lpszTitle ? lpszTitle : L"") << "\": "
-                  << vtrtest::Utf8(lpszText ? lpszText : L"");
+int CALLBACK UnexpectedBox(void*, HWND, wchar_t const* lpszTitle, wchar_t const* lpszText,
+                           unsigned int uFlags) {
+    ADD_FAILURE() << "unexpected message box \"" << vtrtest::Utf8(lpszTitle ? lpszTitle : L"")
+                  << "\": " << vtrtest::Utf8(lpszText ? lpszText : L"");
     return vtrtest::MsgBoxRecorder::DefaultButton(uFlags);
 }
 } // namespace

@@ -18,7 +18,10 @@ std::string Fmt(char const* format, ...) {
 
 TEST(SNPrintf, NumberedPlaceholdersTakeArgumentsInOrderWhateverTheirPlace) {
     // "§" as the code page byte and as the UTF-8 pair of a source literal.
-    EXPECT_EQ("42 tickets for Hamlet", Fmt("\xA7" "1!d! tickets for \xA7" "2", 42, "Hamlet"));
+    EXPECT_EQ("42 tickets for Hamlet", Fmt("\xA7"
+                                           "1!d! tickets for \xA7"
+                                           "2",
+                                           42, "Hamlet"));
     EXPECT_EQ("For Hamlet: 42 tickets", Fmt("For §2: §1!d! tickets", 42, "Hamlet"));
     EXPECT_EQ("Hamlet, Hamlet", Fmt("§1, §1", "Hamlet"));
 
