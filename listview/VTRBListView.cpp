@@ -699,10 +699,6 @@ void VTRBListView::OnNeedText(int, int, wchar_t* buf) {
         buf[0] = 0;
 }
 
-wchar_t const* VTRBListView::OnPrepareCSVExportText(Row* pRow, int item, int col, wchar_t*) {
-    return GetDataText(pRow, item, col, false);
-}
-
 bool VTRBListView::OnIsInCSVexport(int) {
     return true;
 }

@@ -16,6 +16,8 @@
 #include "DynaArray.h"
 
 #include <cstdarg>
+#include <cstdio>
+#include <memory>
 
 class VTR_API VTRBListView : public VantrelBase {
 public:
@@ -273,6 +275,30 @@ public:
     bool RemoveAllChilds(int item);
     void SetTreeLinesColor(unsigned long clr);
     static void SethInstanceIcons(HINSTANCE hInst);
+
+    // ---- CSV export (exchange/VTRBListViewCSV.cpp)
+    // A new heap text (free()) with the quoted, escaped field; null only when memory runs out.
+    static char* ConvertToCSVString(char const* pszText);
+    static wchar_t* ConvertToCSVStringW(wchar_t const* pszText);
+    bool WriteCSVString(FILE* fp, char const* pszText, char cEnd);
+    bool WriteCSVString(FILE* fp, wchar_t const* pszText, char cEnd);
+    bool WriteCSVStringW(FILE* fp, wchar_t const* pszText, wchar_t cEnd);
+    static bool ParseNextCSVField(char const*& pszCursor, char* pszField, char cSep);
+    static bool ParseNextCSVField(wchar_t const*& pszCursor, wchar_t* pszField, wchar_t cSep);
+    bool ExportCSV(char const* pszFile, char cSep, bool bSelectedOnly, bool bHeader);
+    bool ExportCSVW(char const* pszFile, wchar_t cSep, bool bSelectedOnly, bool bHeader, bool bUnused);
+    bool SetExportCols(DynaArrayTpl<bool, 0, 0>& daCols);
+    bool GetExportCols(DynaArrayTpl<bool, 0, 0>& daCols);
+    int GetNextExportCol(int col);
+    int GetExportColIndexAndBitMask(int col, int& iMask);
+    bool IsExportColVisible(int col);
+    static void FillSepeatorCB(HWND hCombo, int iSel);
+
+protected:
+    // Bit (col & 7) of byte (col >> 3) set: the column is exported. Null: all columns are.
+    std::unique_ptr<unsigned char[]> m_pbyExportCols;
+    int m_iExportColBytes = 0; // columns at or past 8 * this count take part
+    bool ExportRows(char const* pszFile, bool bWide, wchar_t cSep, bool bSelectedOnly, bool bHeader);
 
 protected:
     Col* GetCol(int col);
