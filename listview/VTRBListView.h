@@ -300,6 +300,25 @@ protected:
     int m_iExportColBytes = 0; // columns at or past 8 * this count take part
     bool ExportRows(char const* pszFile, bool bWide, wchar_t cSep, bool bSelectedOnly, bool bHeader);
 
+public:
+    // ---- CSV import settings (exchange/VTRCSVImportStore.cpp)
+    void SetCSVImpExtraSpace(int iBytes) { m_iCSVImpExtraSpace = iBytes < 0 ? -iBytes : iBytes; }
+    int GetCSVImpNextOffset() const { return m_iCSVImpNextOffset; }
+    void SetCSVMinColWidth(int iChars) { m_cCSVMinColWidth = static_cast<signed char>(iChars & 0xFF); }
+    char const* GetImportCSVFile() const { return m_szImportCSVFile; }
+    void SetImportCSVFile(char const* pszFile);
+    int GetImportSkipLines() const { return m_iImportSkipLines; }
+    char GetImportSep() const { return m_cImportSep; }
+
+protected:
+    int m_iImportSkipLines = 0;
+    char m_cImportSep = ';';
+    int m_iImportMaxLines = 0; // 0: no limit
+    char m_szImportCSVFile[260] = {};
+    int m_iCSVImpExtraSpace = 0;
+    int m_iCSVImpNextOffset = 0;
+    signed char m_cCSVMinColWidth = 0;
+
 protected:
     Col* GetCol(int col);
     Row* GetRow(int item);

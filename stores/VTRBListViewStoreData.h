@@ -11,8 +11,8 @@
 // a VTDT_CALLBACK column is pointer-sized, 8 bytes in our 64-bit build. VTDT_CHECKBOX and
 // VTDT_CALLBACK_PTR columns read the field's address.
 //
-// Not built here yet: the column filter's dialog (OnFilterButtonClick, OnFilterChanged) and the CSV
-// import (ImportCSV); the base class defaults stay in force for them. IsFilterMatch already answers
+// Not built here yet: the column filter's dialog (OnFilterButtonClick, OnFilterChanged); the base
+// class defaults stay in force for it. IsFilterMatch already answers
 // from the filter maps that the columns carry.
 #pragma once
 
@@ -21,6 +21,8 @@
 #include "CFixSizeAlloc.h"
 #include "DynaArray.h"
 #include "MemStack.h"
+
+class VTRCSVLineReader;
 
 // A column's filter: the allowed cell texts, sorted by the filter's own comparison (ordinal by
 // 16-bit units when case-sensitive, lstrcmpiW otherwise). The column filter owns it through
@@ -164,6 +166,17 @@ public:
 
     // True when the record passes the filter maps of all columns (see VTRColFilterMap).
     bool IsFilterMatch(void* pData);
+
+    // ---- CSV import (exchange/VTRCSVImportStore.cpp)
+    bool ImportCSV(char const* pszFile, char cSep, int iSkipLines, bool bDefineCols, bool bAddEmptyRow,
+                   char const* pszNumberTitle) override;
+    // The same import from lines already open (a file or a memory block, in any encoding).
+    bool ImportCSVLines(VTRCSVLineReader& reader, char cSep, int iSkipLines, bool bDefineCols, bool bAddEmptyRow,
+                        char const* pszNumberTitle);
+    void SetImportMaxLines(int iMaxLines) { m_iImportMaxLines = iMaxLines; }
+
+private:
+    class CSVImportSink;
 
 protected:
     // Reads a column's value from a block by type, as GetColData does for a row.

@@ -4,10 +4,12 @@
 //
 // The client sets the count with SetItemCount after each change of its data, answers OnNeedText,
 // and sorts its own rows in OnResort. The CSV import hooks (OnImportCSVRow, OnImportCSVField) are
-// called by the import engine, which is not built yet.
+// called by the import (ImportCSV).
 #pragma once
 
 #include "listview/VTRBListView.h"
+
+class VTRCSVLineReader;
 
 class VTR_API VTRBListViewVirtual : public VTRBListView {
 public:
@@ -28,6 +30,16 @@ public:
 
     // False unless the list is an owner-data list with a window.
     bool SetItemCount(unsigned long ulCount);
+
+    // ---- CSV import (exchange/VTRCSVImportVirtual.cpp): 8-bit files; each field goes to
+    // OnImportCSVField, each line ends with OnImportCSVRow.
+    bool ImportCSV(char const* pszFile, char cSep, int iSkipLines, bool bDefineCols, bool bAddEmptyRow,
+                   char const* pszNumberTitle) override;
+    bool ImportCSVLines(VTRCSVLineReader& reader, char cSep, int iSkipLines, bool bDefineCols, bool bAddEmptyRow,
+                        char const* pszNumberTitle);
+
+private:
+    class CSVImportSink;
 
 private:
     void OnGetDispInfo(NMHDR* pHdr, bool bWide);

@@ -1,0 +1,356 @@
+// The structure store's CSV import: columns and structure from the file (or the caller's), then one
+// row per data line, converted field by field into the structure at the columns' offsets.
+#include "exchange/VTRCSVImportRows.h"
+#include "exchange/VTRCSVImportTypes.h"
+#include "frame/VTRStringIds.h"
+#include "frame/VTRStringTable.h"
+#include "stores/VTRBListViewStoreData.h"
+
+#include "NVDates.h"
+#include "NVErrors.h"
+#include "NVStrings.h"
+
+#include <cstring>
+#include <new>
+#include <vector>
+
+void VTRBListView::SetImportCSVFile(char const* pszFile) {
+    StrNZCpy(m_szImportCSVFile, pszFile ? pszFile : "", sizeof m_szImportCSVFile);
+}
+
+namespace {
+
+char const* SkipBlanks(char const* p) {
+    while (*p == ' ' || *p == '\t')
+        ++p;
+    return p;
+}
+
+// Where a value goes: straight into the field, or through the pointer the field holds.
+void* Target(unsigned char* pField, bool bIndirect) {
+    if (!bIndirect)
+        return pField;
+    void* p = nullptr;
+    memcpy(&p, pField, sizeof p);
+    return p;
+}
+
+} // namespace
+
+class VTRBListViewStoreData::CSVImportSink : public VTRCSVRowSink {
+public:
+    CSVImportSink(VTRBListViewStoreData& list, std::vector<VTRCSVLayoutCol> const* pLayout, HWND hParent)
+        : m_list(list), m_pLayout(pLayout), m_hParent(hParent), m_uSize(list.GetBlockSize()),
+          m_block(m_uSize + 8) {}
+
+    int GetColCount() override {
+        return m_list.m_iColCnt < m_list.m_iFieldCnt ? m_list.m_iColCnt : m_list.m_iFieldCnt;
+    }
+
+    bool IsColImported(int iCol) override {
+        Col* pCol = m_list.GetCol(iCol);
+        return pCol && !(pCol->dwColFlags & VTR_COLF_NOIMPORT);
+    }
+
+    void OnEmptyRow() override {
+        memset(m_block.data(), 0, m_uSize);
+        if (m_pLayout)
+            WriteLineNumber(1);
+        Add(1, m_block.data());
+    }
+
+    void OnBeginRow(int iLine) override {
+        memset(m_block.data(), 0, m_uSize);
+        if (m_pLayout)
+            WriteLineNumber(iLine);
+    }
+
+    void OnField(int iLine, int iCol, char* psz8, wchar_t* pszW) override;
+
+    void OnEndRow(int iLine, char const* pszLine) override {
+        LPARAM lParam = 0;
+        if (m_list.PrepareCSVStruct(iLine, pszLine, m_block.data(), lParam))
+            Add(iLine, m_block.data(), lParam);
+    }
+
+    bool OnBadField(NVThrowData const& e) override {
+        return m_list.AskMsg(m_hParent, VTRStringTable::GetText(IDS_VTR_ASK_TITLE),
+                             MB_RETRYCANCEL | MB_ICONERROR, VTRStringTable::GetText(IDS_VTR_IMPORT_SKIP_LINE),
+                             e.GetText()) == IDRETRY;
+    }
+
+private:
+    void WriteLineNumber(int iLine) {
+        if (m_uSize >= 4) {
+            int v = iLine;
+            memcpy(m_block.data(), &v, 4);
+        }
+    }
+
+    void Add(int iLine, void* pData, LPARAM lParam = 0) {
+        if (!m_list.AddRowEx(lParam, -1, pData, nullptr, false, false, false, 0x7fffffff))
+            Throw(0, VTRStringTable::GetText(IDS_VTR_ADDROW_LINE), iLine);
+    }
+
+    // Bytes from the field's offset to the end of the structure; 0 for a field outside it.
+    unsigned int RoomTo(int iOffset) const {
+        return iOffset >= 0 && static_cast<unsigned int>(iOffset) < m_uSize
+                   ? m_uSize - static_cast<unsigned int>(iOffset)
+                   : 0;
+    }
+
+    VTRBListViewStoreData& m_list;
+    std::vector<VTRCSVLayoutCol> const* m_pLayout; // set when the columns came from the file
+    HWND m_hParent;
+    unsigned int m_uSize;
+    std::vector<unsigned char> m_block;
+    std::string m_narrow;
+    std::wstring m_wide;
+};
+
+void VTRBListViewStoreData::CSVImportSink::OnField(int iLine, int iCol, char* psz8, wchar_t* pszW) {
+    Col* pCol = m_list.GetCol(iCol);
+    if (!pCol || iCol >= m_list.m_iFieldCnt)
+        return;
+    int const iOffset = m_list.m_piOffsets[iCol];
+    unsigned int const uRoom = RoomTo(iOffset);
+    if (uRoom == 0)
+        return;
+    unsigned char* pField = m_block.data() + iOffset;
+    VTRBDataType const eType = pCol->eType;
+    bool const bWideType = eType == VTDT_WSTRING || eType == VTDT_LPWSTR;
+    if (!psz8 && !bWideType)
+        psz8 = VTRCSVNarrow(pszW, m_narrow);
+
+    // Value types: the field must lie wholly inside the structure.
+    bool bIndirect = false;
+    unsigned int uWidth = 0;
+    switch (eType) {
+    case VTDT_int:
+    case VTDT_int32_CUSTOM:
+    case VTDT_DWORD:
+    case VTDT_DWORD_NOT_NULL:
+    case VTDT_TIME_T:
+        uWidth = 4;
+        break;
+    case VTDT_DOUBLE:
+    case VTDT_QWORD:
+        uWidth = 8;
+        break;
+    case VTDT_SYSTEMTIME:
+        uWidth = sizeof(SYSTEMTIME);
+        break;
+    case VTDT_WORD:
+        uWidth = 2;
+        break;
+    case VTDT_LPSTR:
+    case VTDT_LPINT:
+    case VTDT_LPint32_CUSTOM:
+    case VTDT_LPDWORD:
+    case VTDT_LPTIME_T:
+    case VTDT_LPDOUBLE:
+    case VTDT_LPSYSTEMTIME:
+    case VTDT_LPWSTR:
+        uWidth = sizeof(void*);
+        bIndirect = true;
+        break;
+    default:
+        break;
+    }
+    if (uWidth > uRoom)
+        return;
+
+    switch (eType) {
+    case VTDT_STRING:
+    case VTDT_LPSTR: {
+        unsigned int uMax;
+        if (m_pLayout && eType == VTDT_STRING) {
+            uMax = static_cast<unsigned int>((*m_pLayout)[static_cast<size_t>(iCol)].iRoom);
+        } else {
+            int iSize = m_list.GetFieldSize(iCol);
+            if (iSize < 1)
+                return;
+            uMax = static_cast<unsigned int>(iSize);
+        }
+        char* pDst = static_cast<char*>(Target(pField, bIndirect));
+        if (!pDst)
+            return;
+        if (!bIndirect && uMax > uRoom)
+            uMax = uRoom;
+        StrNZCpy(pDst, psz8, uMax);
+        break;
+    }
+    case VTDT_WSTRING:
+    case VTDT_LPWSTR: {
+        wchar_t const* pszText = pszW ? pszW : VTRCSVWiden(psz8, m_wide);
+        unsigned int uMax;
+        if (m_pLayout && eType == VTDT_WSTRING) {
+            uMax = static_cast<unsigned int>((*m_pLayout)[static_cast<size_t>(iCol)].iRoom) / 2;
+        } else {
+            int iSize = m_list.GetFieldSize(iCol);
+            if (iSize < 1)
+                return;
+            uMax = static_cast<unsigned int>(iSize);
+        }
+        wchar_t* pDst = static_cast<wchar_t*>(Target(pField, bIndirect));
+        if (!pDst)
+            return;
+        if (!bIndirect && uMax > uRoom / 2)
+            uMax = uRoom / 2;
+        if (uMax == 0)
+            return;
+        // Byte-wise: a field at an odd offset is no aligned wchar_t.
+        size_t len = wcslen(pszText);
+        if (len > uMax - 1)
+            len = uMax - 1;
+        memcpy(pDst, pszText, len * sizeof(wchar_t));
+        wchar_t const nul = 0;
+        memcpy(reinterpret_cast<unsigned char*>(pDst) + len * sizeof(wchar_t), &nul, sizeof nul);
+        break;
+    }
+    case VTDT_int:
+    case VTDT_int32_CUSTOM:
+    case VTDT_LPINT:
+    case VTDT_LPint32_CUSTOM:
+    case VTDT_DWORD:
+    case VTDT_DWORD_NOT_NULL:
+    case VTDT_LPDWORD: {
+        void* pDst = Target(pField, bIndirect);
+        if (!pDst)
+            return;
+        bool const bSigned = eType != VTDT_DWORD && eType != VTDT_DWORD_NOT_NULL && eType != VTDT_LPDWORD;
+        bool ok = false;
+        unsigned long v = VTRBListView::Str2Val(psz8, bSigned, iLine, ok, false, false);
+        memcpy(pDst, &v, 4);
+        break;
+    }
+    case VTDT_WORD: {
+        bool ok = false;
+        unsigned short w =
+            static_cast<unsigned short>(VTRBListView::Str2Val(psz8, false, iLine, ok, false, false));
+        memcpy(pField, &w, 2);
+        break;
+    }
+    case VTDT_TIME_T:
+    case VTDT_LPTIME_T: {
+        void* pDst = Target(pField, bIndirect);
+        // An empty date is no wrong date: the field keeps its zero.
+        if (!pDst || !*SkipBlanks(psz8))
+            return;
+        long t = VTRBListView::Str2Date(psz8, false, iLine);
+        memcpy(pDst, &t, 4);
+        break;
+    }
+    case VTDT_DOUBLE:
+    case VTDT_LPDOUBLE: {
+        void* pDst = Target(pField, bIndirect);
+        if (!pDst)
+            return;
+        // An empty field is a cell without value, not 0.
+        double d = *SkipBlanks(psz8) ? VTRBListView::Str2Double(psz8, iLine, false) : EMPTY_DOUBLE;
+        memcpy(pDst, &d, 8);
+        break;
+    }
+    case VTDT_SYSTEMTIME:
+    case VTDT_LPSYSTEMTIME: {
+        void* pDst = Target(pField, bIndirect);
+        SYSTEMTIME st;
+        if (pDst && String2SYSTEMTIME(psz8, NVGetDateTimeFormatString(NVDT_DATE, 0), st, false, false, false))
+            memcpy(pDst, &st, sizeof st);
+        break;
+    }
+    case VTDT_QWORD: {
+        bool ok = false;
+        unsigned __int64 v = VTRBListView::Str2UVal64(psz8, iLine, ok, false);
+        memcpy(pField, &v, 8);
+        break;
+    }
+    default:
+        break;
+    }
+}
+
+bool VTRBListViewStoreData::ImportCSV(char const* pszFile, char cSep, int iSkipLines, bool bDefineCols,
+                                      bool bAddEmptyRow, char const* pszNumberTitle) {
+    VTRCSVImportFile file;
+    try {
+        bool bMore = false;
+        file.Open(pszFile, true, VTRCSV_SCAN_LINE - 1, &bMore);
+        if (bMore)
+            m_iImportSkipLines = iSkipLines;
+    } catch (NVThrowData const& e) {
+        m_szImportCSVFile[0] = 0;
+        if (!e.IsSilent())
+            ErrMsg(m_hWnd ? GetParent(m_hWnd) : nullptr, "%s", e.GetText());
+        return false;
+    }
+    return ImportCSVLines(file.Reader(), cSep, iSkipLines, bDefineCols, bAddEmptyRow, pszNumberTitle);
+}
+
+bool VTRBListViewStoreData::ImportCSVLines(VTRCSVLineReader& reader, char cSep, int iSkipLines,
+                                           bool bDefineCols, bool bAddEmptyRow, char const* pszNumberTitle) {
+    m_szImportCSVFile[0] = 0;
+    if (!bDefineCols && (!m_pRowAlloc || m_iColCnt <= 0 || m_iFieldCnt <= 0))
+        return false;
+    HWND const hParent = m_hWnd ? GetParent(m_hWnd) : nullptr;
+    bool bResult = false;
+    bool bRedrawOff = false;
+    std::vector<VTRCSVLayoutCol> layout;
+    try {
+        bool bNumberCol = false;
+        if (bDefineCols) {
+            VTRCSVTypeScan scan(reader.IsWide(), cSep, iSkipLines, m_cCSVMinColWidth, m_bForceStringColumns,
+                                pszNumberTitle);
+            scan.Scan(reader);
+            bNumberCol = scan.HasNumberCol();
+            if (m_hWnd)
+                SendMessageA(m_hWnd, LVM_SETITEMCOUNT, static_cast<WPARAM>(scan.GetLineCount()), 0);
+            int const iEnd = scan.Layout(layout);
+            Reset();
+            DynaArrayTpl<VTRBListViewColW, 0, 0> defs;
+            VTRCSVTypeScan::MakeColDefs(layout, defs);
+            if (layout.empty() || !VTRBListView::DefineCols(defs))
+                Throw(0, VTRStringTable::GetText(IDS_VTR_DEFINECOLS_FAILED));
+            m_iCSVImpNextOffset = iEnd;
+            DynaArrayTpl<int, 0, 0> offsets;
+            for (VTRCSVLayoutCol const& col : layout)
+                offsets.Add(col.iOffset);
+            if (!DefineStructure(static_cast<unsigned int>(iEnd + m_iCSVImpExtraSpace), offsets))
+                Throw(0, VTRStringTable::GetText(IDS_VTR_DEFINESTRUCT_FAILED));
+            reader.Rewind();
+        } else {
+            // Lines as long as the structure and then some; with columns from the file the pieces stay
+            // those of the scan, so that both passes cut a long line at the same places.
+            reader.SetMaxPiece(GetBlockSize() + 16384 - 1);
+        }
+        CSVImportSink sink(*this, bDefineCols ? &layout : nullptr, hParent);
+        if (m_hWnd) {
+            SendMessageA(m_hWnd, WM_SETREDRAW, FALSE, 0);
+            bRedrawOff = true;
+        }
+        VTRCSVRowParams params;
+        params.cSep = cSep;
+        params.iSkipLines = iSkipLines;
+        params.bAddEmptyRow = bAddEmptyRow;
+        params.iMaxLines = m_iImportMaxLines;
+        params.iFirstCol = bNumberCol ? 1 : 0;
+        VTRCSVReadRows(reader, params, sink);
+        m_cImportSep = cSep;
+        bResult = true;
+    } catch (NVThrowData const& e) {
+        if (bRedrawOff)
+            SendMessageA(m_hWnd, WM_SETREDRAW, TRUE, 0);
+        bRedrawOff = false;
+        if (!e.IsSilent())
+            ErrMsg(hParent, "%s", e.GetText());
+    } catch (std::bad_alloc const&) {
+        if (bRedrawOff)
+            SendMessageA(m_hWnd, WM_SETREDRAW, TRUE, 0);
+        bRedrawOff = false;
+        ErrMsg(hParent, VTRStringTable::GetText(IDS_VTR_NO_MEMORY), "");
+    }
+    Resort(false);
+    if (bRedrawOff)
+        SendMessageA(m_hWnd, WM_SETREDRAW, TRUE, 0);
+    return bResult;
+}
