@@ -41,7 +41,15 @@ class VTRBListViewStoreData::CSVImportSink : public VTRCSVRowSink {
 public:
     CSVImportSink(VTRBListViewStoreData& list, std::vector<VTRCSVLayoutCol> const* pLayout, HWND hParent)
         : m_list(list), m_pLayout(pLayout), m_hParent(hParent), m_uSize(list.GetBlockSize()),
-          m_block(m_uSize + 8) {}
+          m_pBlock(static_cast<unsigned char*>(list.OnAllocRowData())) {
+        // The work structure comes from the rows' own allocator, so that a subclass that watches
+        // its blocks watches this one too.
+        if (!m_pBlock)
+            Throw(0, VTRStringTable::GetText(IDS_VTR_NO_MEMORY), "");
+    }
+    ~CSVImportSink() override { m_list.OnFreeRowData(m_pBlock); }
+    CSVImportSink(CSVImportSink const&) = delete;
+    CSVImportSink& operator=(CSVImportSink const&) = delete;
 
     int GetColCount() override {
         return m_list.m_iColCnt < m_list.m_iFieldCnt ? m_list.m_iColCnt : m_list.m_iFieldCnt;
@@ -53,14 +61,14 @@ public:
     }
 
     void OnEmptyRow() override {
-        memset(m_block.data(), 0, m_uSize);
+        memset(m_pBlock, 0, m_uSize);
         if (m_pLayout)
             WriteLineNumber(1);
-        Add(1, m_block.data());
+        Add(1, m_pBlock);
     }
 
     void OnBeginRow(int iLine) override {
-        memset(m_block.data(), 0, m_uSize);
+        memset(m_pBlock, 0, m_uSize);
         if (m_pLayout)
             WriteLineNumber(iLine);
     }
@@ -69,8 +77,8 @@ public:
 
     void OnEndRow(int iLine, char const* pszLine) override {
         LPARAM lParam = 0;
-        if (m_list.PrepareCSVStruct(iLine, pszLine, m_block.data(), lParam))
-            Add(iLine, m_block.data(), lParam);
+        if (m_list.PrepareCSVStruct(iLine, pszLine, m_pBlock, lParam))
+            Add(iLine, m_pBlock, lParam);
     }
 
     bool OnBadField(NVThrowData const& e) override {
@@ -83,7 +91,7 @@ private:
     void WriteLineNumber(int iLine) {
         if (m_uSize >= 4) {
             int v = iLine;
-            memcpy(m_block.data(), &v, 4);
+            memcpy(m_pBlock, &v, 4);
         }
     }
 
@@ -103,7 +111,7 @@ private:
     std::vector<VTRCSVLayoutCol> const* m_pLayout; // set when the columns came from the file
     HWND m_hParent;
     unsigned int m_uSize;
-    std::vector<unsigned char> m_block;
+    unsigned char* m_pBlock;
     std::string m_narrow;
     std::wstring m_wide;
 };
@@ -116,7 +124,7 @@ void VTRBListViewStoreData::CSVImportSink::OnField(int iLine, int iCol, char* ps
     unsigned int const uRoom = RoomTo(iOffset);
     if (uRoom == 0)
         return;
-    unsigned char* pField = m_block.data() + iOffset;
+    unsigned char* pField = m_pBlock + iOffset;
     VTRBDataType const eType = pCol->eType;
     bool const bWideType = eType == VTDT_WSTRING || eType == VTDT_LPWSTR;
     if (!psz8 && !bWideType)
