@@ -10,6 +10,7 @@
 #include "NVErrors.h"
 #include "NVStrings.h"
 
+#include <algorithm>
 #include <cstring>
 #include <new>
 #include <vector>
@@ -46,6 +47,7 @@ public:
         // its blocks watches this one too.
         if (!m_pBlock)
             Throw(0, VTRStringTable::GetText(IDS_VTR_NO_MEMORY), "");
+        ComputeRooms();
     }
     ~CSVImportSink() override { m_list.OnFreeRowData(m_pBlock); }
     CSVImportSink(CSVImportSink const&) = delete;
@@ -100,11 +102,26 @@ private:
             Throw(0, VTRStringTable::GetText(IDS_VTR_ADDROW_LINE), iLine);
     }
 
-    // Bytes from the field's offset to the end of the structure; 0 for a field outside it.
-    unsigned int RoomTo(int iOffset) const {
-        return iOffset >= 0 && static_cast<unsigned int>(iOffset) < m_uSize
-                   ? m_uSize - static_cast<unsigned int>(iOffset)
-                   : 0;
+    // Bytes from the field's offset to the next field's or to the end of the structure; 0 for a field
+    // outside it. A field size that claims more cannot spill into the next field (a pointer there
+    // would then be written through).
+    unsigned int RoomTo(int iCol) const { return m_rooms[static_cast<size_t>(iCol)]; }
+
+    void ComputeRooms() {
+        int const n = m_list.m_iFieldCnt;
+        std::vector<int> sorted(m_list.m_piOffsets, m_list.m_piOffsets + n);
+        std::sort(sorted.begin(), sorted.end());
+        m_rooms.assign(static_cast<size_t>(n), 0);
+        for (int i = 0; i < n; ++i) {
+            int const o = m_list.m_piOffsets[i];
+            if (o < 0 || static_cast<unsigned int>(o) >= m_uSize)
+                continue;
+            auto next = std::upper_bound(sorted.begin(), sorted.end(), o);
+            unsigned int uEnd = next != sorted.end() && static_cast<unsigned int>(*next) < m_uSize
+                                    ? static_cast<unsigned int>(*next)
+                                    : m_uSize;
+            m_rooms[static_cast<size_t>(i)] = uEnd - static_cast<unsigned int>(o);
+        }
     }
 
     VTRBListViewStoreData& m_list;
@@ -112,6 +129,7 @@ private:
     HWND m_hParent;
     unsigned int m_uSize;
     unsigned char* m_pBlock;
+    std::vector<unsigned int> m_rooms; // per column: bytes up to the next field or the end
     std::string m_narrow;
     std::wstring m_wide;
 };
@@ -121,7 +139,7 @@ void VTRBListViewStoreData::CSVImportSink::OnField(int iLine, int iCol, char* ps
     if (!pCol || iCol >= m_list.m_iFieldCnt)
         return;
     int const iOffset = m_list.m_piOffsets[iCol];
-    unsigned int const uRoom = RoomTo(iOffset);
+    unsigned int const uRoom = RoomTo(iCol);
     if (uRoom == 0)
         return;
     unsigned char* pField = m_pBlock + iOffset;

@@ -539,9 +539,16 @@ bool VTRBListView::EnsureVisible(int item) {
 
 void VTRBListView::Reset() {
     ClearAll();
-    if (m_hWnd && IsWindow(m_hWnd))
+    if (m_hWnd && IsWindow(m_hWnd)) {
+        // From the last column on: deleting the first one shifts all others, which makes thousands of
+        // columns take minutes.
+        HWND hHeader = reinterpret_cast<HWND>(SendMessageW(m_hWnd, LVM_GETHEADER, 0, 0));
+        int n = hHeader ? static_cast<int>(SendMessageW(hHeader, HDM_GETITEMCOUNT, 0, 0)) : 0;
+        while (n > 0 && SendMessageW(m_hWnd, LVM_DELETECOLUMN, static_cast<WPARAM>(n - 1), 0))
+            --n;
         while (SendMessageW(m_hWnd, LVM_DELETECOLUMN, 0, 0))
             ;
+    }
     delete[] m_pCols;
     m_pCols = nullptr;
     m_iColCnt = 0;
