@@ -1,0 +1,372 @@
+#include "exchange/VTRCSVImportTypes.h"
+
+#include "exchange/VTRCSVFormat.h"
+#include "frame/VTRStringIds.h"
+#include "frame/VTRStringTable.h"
+
+#include "NVDates.h"
+#include "NVErrors.h"
+#include "NVFormat.h"
+#include "NVLanguage.h"
+
+#include <cerrno>
+#include <clocale>
+#include <cstdlib>
+#include <commctrl.h>
+
+#include <cstring>
+
+namespace {
+
+char const* SkipBlanks(char const* p) {
+    while (*p == ' ' || *p == '\t')
+        ++p;
+    return p;
+}
+
+wchar_t const kTextSample[] = L"WWWWWWWWWWWWWWWWW";
+wchar_t const kDateSample[] = L"01.01.2006 13:19:14";
+
+bool IsTextType(VTRBDataType eType) {
+    return eType == VTDT_STRING || eType == VTDT_WSTRING;
+}
+
+} // namespace
+
+// ---------------------------------------------------------------- the single tests
+
+bool VTRCSVTypeScan::IsInteger(char const* pszText) {
+    errno = 0;
+    char* end = nullptr;
+    long value = strtol(pszText, &end, 10);
+    if (errno == ERANGE || *SkipBlanks(end))
+        return false;
+    // "007" is no integer of this column: its zeros would be lost.
+    return value == 0 || *SkipBlanks(pszText) != '0';
+}
+
+bool VTRCSVTypeScan::IsUInt64(char const* pszText, int iLen) {
+    if (iLen > 20)
+        return false;
+    char const* p = SkipBlanks(pszText);
+    // A negative number would wrap round to a huge positive one.
+    if (*p == '-')
+        return false;
+    errno = 0;
+    char* end = nullptr;
+    unsigned long long value = _strtoui64(p, &end, 10);
+    if (errno == EINVAL || errno == ERANGE || value == ~0ULL || *SkipBlanks(end))
+        return false;
+    return value != 0;
+}
+
+bool VTRCSVTypeScan::IsDouble(char const* pszText) {
+    size_t const len = strlen(pszText);
+    if (len > 251)
+        return false;
+    char const* first = SkipBlanks(pszText);
+    // strtod also reads "nan", "inf" and hex numbers; words are text here.
+    if (*first && !((*first >= '0' && *first <= '9') || *first == '-' || *first == '+' || *first == '.' ||
+                    *first == ','))
+        return false;
+    if (*first && (first[1] == 'x' || first[1] == 'X'))
+        return false;
+    char copy[256];
+    memcpy(copy, pszText, len + 1);
+    lconv const* lc = localeconv();
+    char const* point = lc ? lc->decimal_point : nullptr;
+    if (point && strcmp(point, ",") == 0) {
+        if (char* p = strchr(copy, '.'))
+            *p = ',';
+    } else if (!point || !*point || strcmp(point, ".") == 0) {
+        if (char* p = strchr(copy, ','))
+            *p = '.';
+    }
+    char* end = nullptr;
+    strtod(copy, &end);
+    return *SkipBlanks(end) == 0;
+}
+
+bool VTRCSVTypeScan::IsDate(char const* pszText) {
+    return String2DateTime(pszText) > 0;
+}
+
+bool VTRCSVTypeScan::IsSystemTime(char const* pszText) {
+    SYSTEMTIME st;
+    return String2SYSTEMTIME(pszText, NVGetDateTimeFormatString(NVDT_DATE, 0), st, false, false, false);
+}
+
+VTRBDataType VTRCSVTypeScan::NextType(VTRBDataType eBefore, char* pszText, int iLen, int iRawLen,
+                                      bool bWide) {
+    VTRBDataType const eText = bWide ? VTDT_WSTRING : VTDT_STRING;
+    switch (eBefore) {
+    case VTRCSV_TYPE_UNKNOWN:
+        if (iLen == 0)
+            return VTRCSV_TYPE_UNKNOWN;
+        if (IsInteger(pszText))
+            return VTDT_int;
+        if (IsUInt64(pszText, iRawLen))
+            return VTDT_QWORD;
+        if (iRawLen < 11 && IsDouble(pszText))
+            return VTDT_DOUBLE;
+        if (IsDate(pszText))
+            return VTDT_TIME_T;
+        if (IsSystemTime(pszText))
+            return VTDT_SYSTEMTIME;
+        return eText;
+    case VTDT_int:
+        if (IsInteger(pszText))
+            return VTDT_int;
+        return IsDouble(pszText) ? VTDT_DOUBLE : eText;
+    case VTDT_DOUBLE:
+        // Deliberately so: a second number turns a double column into text.
+        return IsDouble(pszText) ? eText : VTDT_DOUBLE;
+    case VTDT_TIME_T:
+        if (IsDate(pszText))
+            return VTDT_TIME_T;
+        return IsSystemTime(pszText) ? VTDT_SYSTEMTIME : eText;
+    case VTDT_SYSTEMTIME:
+        return IsSystemTime(pszText) ? VTDT_SYSTEMTIME : eText;
+    default:
+        return eBefore;
+    }
+}
+
+// ---------------------------------------------------------------- scanning
+
+VTRCSVTypeScan::VTRCSVTypeScan(bool bWide, char cSep, int iSkipLines, signed char cMinWidth,
+                               bool bForceString, char const* pszNumberTitle)
+    : m_bWide(bWide), m_cSep(cSep), m_iSkip(iSkipLines > 0 ? iSkipLines - 1 : 0),
+      m_iMinWidth(cMinWidth > 0 ? cMinWidth : 0), m_bForceString(bForceString),
+      m_bNumberCol(pszNumberTitle && *pszNumberTitle), m_iFirstCol(m_bNumberCol ? 1 : 0),
+      m_bTitlesPending(iSkipLines > 0), m_iTitleCols(0), m_iLines(0), m_bLineHasTitles(false) {
+    if (m_bNumberCol) {
+        VTRCSVScanCol col;
+        int n = MultiByteToWideChar(NVGetCurCodePage(), 0, pszNumberTitle, -1, nullptr, 0);
+        if (n > 0) {
+            col.strTitle.resize(static_cast<size_t>(n));
+            MultiByteToWideChar(NVGetCurCodePage(), 0, pszNumberTitle, -1, &col.strTitle[0], n);
+            col.strTitle.resize(static_cast<size_t>(n - 1));
+        }
+        col.bHasTitle = true;
+        col.eType = VTDT_int;
+        col.iMaxLen = 6;
+        m_cols.push_back(col);
+    }
+}
+
+VTRCSVScanCol& VTRCSVTypeScan::ColAt(int iCol) {
+    while (static_cast<int>(m_cols.size()) <= iCol) {
+        VTRCSVScanCol col;
+        if (m_bForceString)
+            col.eType = m_bWide ? VTDT_WSTRING : VTDT_STRING;
+        m_cols.push_back(col);
+    }
+    return m_cols[static_cast<size_t>(iCol)];
+}
+
+void VTRCSVTypeScan::Scan(VTRCSVLineReader& reader) {
+    reader.SetMaxPiece(VTRCSV_SCAN_LINE - 1);
+    if (m_bWide) {
+        std::wstring line;
+        while (reader.ReadLine(line))
+            AddLine(line.c_str());
+    } else {
+        std::string line;
+        while (reader.ReadLine(line))
+            AddLine(line.c_str());
+    }
+}
+
+void VTRCSVTypeScan::AddLine(char const* pszLine) {
+    ++m_iLines;
+    if (!*pszLine)
+        return;
+    if (!m_bTitlesPending && m_iSkip > 0 && !m_bLineHasTitles) {
+        // Further lines to skip are no data either.
+        --m_iSkip;
+        return;
+    }
+    m_bLineHasTitles = m_bTitlesPending;
+    m_field8.resize(strlen(pszLine) + 1);
+    char const* cursor = pszLine;
+    int iFields = 0;
+    while (VTRParseNextCSVField(cursor, &m_field8[0], m_cSep)) {
+        AddField(m_iFirstCol + iFields, &m_field8[0], nullptr, static_cast<int>(strlen(m_field8.c_str())));
+        ++iFields;
+    }
+    EndLine(iFields);
+}
+
+void VTRCSVTypeScan::AddLine(wchar_t const* pszLine) {
+    ++m_iLines;
+    if (!*pszLine)
+        return;
+    if (!m_bTitlesPending && m_iSkip > 0 && !m_bLineHasTitles) {
+        --m_iSkip;
+        return;
+    }
+    m_bLineHasTitles = m_bTitlesPending;
+    m_fieldW.resize(wcslen(pszLine) + 1);
+    wchar_t const* cursor = pszLine;
+    int iFields = 0;
+    while (VTRParseNextCSVField(cursor, &m_fieldW[0],
+                                static_cast<wchar_t>(static_cast<unsigned char>(m_cSep)))) {
+        AddField(m_iFirstCol + iFields, nullptr, m_fieldW.c_str(),
+                 static_cast<int>(wcslen(m_fieldW.c_str())));
+        ++iFields;
+    }
+    EndLine(iFields);
+}
+
+void VTRCSVTypeScan::AddField(int iCol, char* psz8, wchar_t const* pszW, int iLen) {
+    VTRCSVScanCol& col = ColAt(iCol);
+    if (m_bLineHasTitles) {
+        if (pszW) {
+            col.strTitle = pszW;
+        } else {
+            int n = MultiByteToWideChar(NVGetCurCodePage(), 0, psz8, iLen, nullptr, 0);
+            col.strTitle.assign(static_cast<size_t>(n > 0 ? n : 0), L' ');
+            if (n > 0)
+                MultiByteToWideChar(NVGetCurCodePage(), 0, psz8, iLen, &col.strTitle[0], n);
+        }
+        col.bHasTitle = true;
+        col.iMaxLen = m_iMinWidth;
+        ++m_iTitleCols;
+        return;
+    }
+    int const iRaised = iLen < m_iMinWidth ? m_iMinWidth : iLen;
+    if (iRaised > col.iMaxLen)
+        col.iMaxLen = iRaised;
+    VTRBDataType const eBefore = col.eType;
+    if (IsTextType(eBefore) || eBefore == VTDT_QWORD)
+        return;
+    if (pszW) {
+        // The tests read 8-bit text; a field that is pure ASCII needs no code page.
+        m_narrow.resize(static_cast<size_t>(iLen) + 1);
+        bool bAscii = true;
+        for (int i = 0; i < iLen && bAscii; ++i) {
+            if (pszW[i] >= 0x80)
+                bAscii = false;
+            else
+                m_narrow[static_cast<size_t>(i)] = static_cast<char>(pszW[i]);
+        }
+        if (bAscii) {
+            m_narrow[static_cast<size_t>(iLen)] = 0;
+        } else {
+            int n = WideCharToMultiByte(NVGetCurCodePage(), WC_COMPOSITECHECK, pszW, iLen, nullptr, 0,
+                                        nullptr, nullptr);
+            m_narrow.assign(static_cast<size_t>(n > 0 ? n : 0) + 1, 0);
+            if (n > 0)
+                WideCharToMultiByte(NVGetCurCodePage(), WC_COMPOSITECHECK, pszW, iLen, &m_narrow[0], n,
+                                    nullptr, nullptr);
+        }
+        psz8 = &m_narrow[0];
+    }
+    col.eType = NextType(eBefore, psz8, iRaised, iLen, m_bWide);
+}
+
+void VTRCSVTypeScan::EndLine(int iFields) {
+    if (m_bLineHasTitles) {
+        m_bTitlesPending = false;
+        m_bLineHasTitles = false;
+        return;
+    }
+    int const iTitleEnd = m_iFirstCol + m_iTitleCols;
+    int const iEnd = m_iFirstCol + iFields;
+    if (iEnd < iTitleEnd) {
+        Trace("Zeile %d Hat %d Spalten (statt %d)", m_iLines, iFields, m_iTitleCols);
+        for (int iCol = iEnd; iCol < iTitleEnd; ++iCol) {
+            Trace("Spalte %d hinzugef\xFCgt", iCol);
+            VTRCSVScanCol& col = ColAt(iCol);
+            if (col.iMaxLen < m_iMinWidth)
+                col.iMaxLen = m_iMinWidth;
+        }
+    }
+}
+
+// ---------------------------------------------------------------- layout
+
+int VTRCSVTypeScan::Layout(std::vector<VTRCSVLayoutCol>& cols) const {
+    cols.clear();
+    int iOffset = m_bNumberCol ? 0 : 4;
+    for (size_t i = 0; i < m_cols.size(); ++i) {
+        VTRCSVScanCol const& scan = m_cols[i];
+        VTRCSVLayoutCol col;
+        if (scan.bHasTitle) {
+            col.strTitle = scan.strTitle;
+        } else {
+            wchar_t title[64];
+            SNPrintf(title, 64, VTRStringTable::GetTextW(IDS_VTR_COLUMN_N), static_cast<int>(i) + 1);
+            col.strTitle = title;
+        }
+        col.iOffset = iOffset;
+        VTRBDataType eType = scan.eType;
+        if (eType == VTRCSV_TYPE_UNKNOWN)
+            eType = m_bWide ? VTDT_WSTRING : VTDT_STRING;
+        col.eType = eType;
+        switch (eType) {
+        case VTDT_STRING:
+            col.iRoom = scan.iMaxLen + 1;
+            break;
+        case VTDT_WSTRING:
+            col.iRoom = 2 * scan.iMaxLen + 2;
+            break;
+        case VTDT_QWORD:
+        case VTDT_DOUBLE:
+            col.iRoom = 8;
+            break;
+        case VTDT_SYSTEMTIME:
+            col.iRoom = static_cast<int>(sizeof(SYSTEMTIME));
+            break;
+        default: // VTDT_int, VTDT_TIME_T
+            col.iRoom = 4;
+            break;
+        }
+        iOffset += col.iRoom;
+        cols.push_back(col);
+    }
+    return iOffset;
+}
+
+void VTRCSVTypeScan::MakeColDefs(std::vector<VTRCSVLayoutCol> const& cols,
+                                 DynaArrayTpl<VTRBListViewColW, 0, 0>& defs) {
+    defs.Clear();
+    for (VTRCSVLayoutCol const& col : cols) {
+        VTRBListViewColW def;
+        memset(&def, 0, sizeof def);
+        def.lpszTitle = col.strTitle.c_str();
+        def.iWidth = 0;
+        def.eType = col.eType;
+        switch (col.eType) {
+        case VTDT_int:
+            def.lpszSample = L"1234567";
+            def.dwFlags = LVCFMT_RIGHT;
+            break;
+        case VTDT_QWORD:
+            def.lpszSample = L"123456789012345678";
+            def.dwFlags = LVCFMT_RIGHT;
+            break;
+        case VTDT_DOUBLE:
+            def.lpszSample = L"123456,987";
+            def.dwFlags = LVCFMT_RIGHT;
+            break;
+        case VTDT_TIME_T:
+            def.lpszSample = kDateSample;
+            def.dwFlags = LVCFMT_LEFT;
+            def.pExtra1 = const_cast<char*>(NVGetDateTimeFormatString(NVDT_DATETIME_DATE, 0));
+            def.pExtra2 = const_cast<char*>(NVGetDateTimeFormatString(NVDT_DATETIME_TIME, 0));
+            break;
+        case VTDT_SYSTEMTIME:
+            def.lpszSample = kDateSample;
+            def.dwFlags = LVCFMT_LEFT;
+            def.pExtra1 = const_cast<char*>(NVGetDateTimeFormatString(NVDT_DATETIME_DATE, 0));
+            break;
+        default:
+            def.lpszSample = kTextSample;
+            def.dwFlags = LVCFMT_LEFT;
+            break;
+        }
+        defs.Add(def);
+    }
+}

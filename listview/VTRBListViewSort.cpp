@@ -1,0 +1,406 @@
+// Sorting by up to three keys with one direction, sum rows last and tree children under parents.
+#include "listview/VTRBListView.h"
+
+#include "NVStrings.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <cwctype>
+#include <vector>
+
+namespace {
+
+template <class T> int Sign(T a, T b) {
+    return a < b ? -1 : (b < a ? 1 : 0);
+}
+
+int SignOf(long long d) {
+    return d < 0 ? -1 : (d > 0 ? 1 : 0);
+}
+
+int CardKey(unsigned int v) {
+    if (v == 0)
+        return 0;
+    int const year = static_cast<int>((v >> 8) & 0xFF);
+    int const month = static_cast<int>(v & 0xFF);
+    return month + (year + 1900 + (year < 80 ? 100 : 0)) * 12;
+}
+
+// Null rule: both null are equal, a null value is less than any value.
+bool NullOrder(void const* a, void const* b, int& r) {
+    if (a && b)
+        return false;
+    r = (a ? 1 : 0) - (b ? 1 : 0);
+    return true;
+}
+
+long TimeKey(long t, bool bWholeDate) {
+    return bWholeDate ? t : t % 86400;
+}
+
+// Index of the character before a text's trailing digits, or 0 when the digits reach the start.
+int TrailingStop(char const* s) {
+    int i = static_cast<int>(strlen(s)) - 1;
+    while (i > 0 && isdigit(static_cast<unsigned char>(s[i])))
+        --i;
+    return i < 0 ? 0 : i;
+}
+
+} // namespace
+
+int VTRBListView::CompareCells(Row* a, Row* b, Col const& c, int col, bool& bFinal) {
+    void* const va = a->cells[col].pValue;
+    void* const vb = b->cells[col].pValue;
+    uintptr_t const wa = reinterpret_cast<uintptr_t>(va);
+    uintptr_t const wb = reinterpret_cast<uintptr_t>(vb);
+    int r = 0;
+    switch (c.eType) {
+    case VTDT_STRING:
+    case VTDT_LPSTR: {
+        if (NullOrder(va, vb, r))
+            return r;
+        char const* sa = static_cast<char const*>(va);
+        char const* sb = static_cast<char const*>(vb);
+        if ((c.dwColFlags & VTR_COLF_NUMSTRING) && isdigit(static_cast<unsigned char>(sa[0])) &&
+            isdigit(static_cast<unsigned char>(sb[0]))) {
+            char* ea = nullptr;
+            char* eb = nullptr;
+            double const da = strtod(sa, &ea);
+            double const db = strtod(sb, &eb);
+            if (da != db)
+                return da < db ? -1 : 1;
+            return lstrcmpiA(ea, eb);
+        }
+        if ((c.dwColFlags & VTR_COLF_TRAILNUMBER) && !TestLeer(sa) && !TestLeer(sb)) {
+            int const ia = TrailingStop(sa);
+            int const ib = TrailingStop(sb);
+            int const lastA = static_cast<int>(strlen(sa)) - 1;
+            int const lastB = static_cast<int>(strlen(sb)) - 1;
+            if (ia == 0 && ib == 0) {
+                if (isdigit(static_cast<unsigned char>(sa[0])) && isdigit(static_cast<unsigned char>(sb[0])))
+                    return Sign(atoi(sa), atoi(sb));
+                return lstrcmpiA(sa, sb);
+            }
+            // Without trailing digits on both sides there is no number to compare: plain text.
+            if (ia != ib || (ia == lastA && ib == lastB))
+                return lstrcmpiA(sa, sb);
+            r = StrNICmp(sa, sb, static_cast<unsigned int>(ia));
+            if (r != 0) {
+                bFinal = true;
+                return m_bSortDesc ? -r : r;
+            }
+            return Sign(atoi(sa + ia + 1), atoi(sb + ib + 1));
+        }
+        return lstrcmpiA(sa, sb);
+    }
+    case VTDT_WSTRING:
+    case VTDT_LPWSTR: {
+        if (NullOrder(va, vb, r))
+            return r;
+        wchar_t const* sa = static_cast<wchar_t const*>(va);
+        wchar_t const* sb = static_cast<wchar_t const*>(vb);
+        if ((c.dwColFlags & VTR_COLF_NUMSTRING) && iswdigit(sa[0]) && iswdigit(sb[0])) {
+            wchar_t* ea = nullptr;
+            wchar_t* eb = nullptr;
+            double const da = wcstod(sa, &ea);
+            double const db = wcstod(sb, &eb);
+            if (da != db)
+                return da < db ? -1 : 1;
+            return lstrcmpiW(ea, eb);
+        }
+        return lstrcmpiW(sa, sb);
+    }
+    case VTDT_int:
+    case VTDT_int32_CUSTOM:
+        return Sign(static_cast<int32_t>(wa), static_cast<int32_t>(wb));
+    case VTDT_DWORD:
+    case VTDT_DWORD_NOT_NULL:
+        return Sign(static_cast<uint32_t>(wa), static_cast<uint32_t>(wb));
+    case VTDT_WORD:
+        return Sign(static_cast<uint16_t>(wa), static_cast<uint16_t>(wb));
+    case VTDT_LPINT:
+    case VTDT_LPint32_CUSTOM:
+        if (NullOrder(va, vb, r))
+            return r;
+        return Sign(*static_cast<int32_t const*>(va), *static_cast<int32_t const*>(vb));
+    case VTDT_LPDWORD:
+        if (NullOrder(va, vb, r))
+            return r;
+        return Sign(*static_cast<uint32_t const*>(va), *static_cast<uint32_t const*>(vb));
+    case VTDT_TIME_T:
+        return SignOf(static_cast<long long>(TimeKey(static_cast<int32_t>(wa), c.pExtra1 != nullptr)) -
+                      TimeKey(static_cast<int32_t>(wb), c.pExtra1 != nullptr));
+    case VTDT_LPTIME_T:
+        if (NullOrder(va, vb, r))
+            return r;
+        return SignOf(static_cast<long long>(TimeKey(*static_cast<long const*>(va), c.pExtra1 != nullptr)) -
+                      TimeKey(*static_cast<long const*>(vb), c.pExtra1 != nullptr));
+    case VTDT_DOUBLE:
+    case VTDT_LPDOUBLE:
+        if (NullOrder(va, vb, r))
+            return r;
+        return Sign(*static_cast<double const*>(va), *static_cast<double const*>(vb));
+    case VTDT_CARD_DATE:
+        return Sign(CardKey(static_cast<uint16_t>(wa)), CardKey(static_cast<uint16_t>(wb)));
+    case VTDT_LPCARD_DATE:
+        if (NullOrder(va, vb, r))
+            return r;
+        return Sign(CardKey(*static_cast<uint16_t const*>(va)), CardKey(*static_cast<uint16_t const*>(vb)));
+    case VTDT_CALLBACK:
+    case VTDT_CALLBACK_PTR:
+        if (!c.pExtra2)
+            return 0;
+        return reinterpret_cast<VTRCellCompareFunc>(c.pExtra2)(va, a->lParam, vb, b->lParam, col, c.pExtra3);
+    case VTDT_SYSTEMTIME:
+    case VTDT_LPSYSTEMTIME: {
+        if (NullOrder(va, vb, r))
+            return r;
+        FILETIME fa{}, fb{};
+        if (!SystemTimeToFileTime(static_cast<SYSTEMTIME const*>(va), &fa))
+            fa = FILETIME{};
+        if (!SystemTimeToFileTime(static_cast<SYSTEMTIME const*>(vb), &fb))
+            fb = FILETIME{};
+        return CompareFileTime(&fa, &fb);
+    }
+    case VTDT_CHECKBOX:
+        if (NullOrder(va, vb, r))
+            return r;
+        return (*static_cast<bool const*>(va) ? 1 : 0) - (*static_cast<bool const*>(vb) ? 1 : 0);
+    case VTDT_QWORD: {
+        unsigned long long const qa = va ? *static_cast<unsigned long long const*>(va) : 0;
+        unsigned long long const qb = vb ? *static_cast<unsigned long long const*>(vb) : 0;
+        return Sign(qa, qb);
+    }
+    case VTDT_CHECKROW:
+        if (col != 0)
+            return 0;
+        if (NullOrder(a->pbCheck, b->pbCheck, r))
+            return r;
+        return (*a->pbCheck ? 1 : 0) - (*b->pbCheck ? 1 : 0);
+    case VTDT_FLAG: {
+        uintptr_t const mask = reinterpret_cast<uintptr_t>(c.pExtra1);
+        return Sign(wa & mask, wb & mask);
+    }
+    case VTDT_bool:
+        return (wa ? 1 : 0) - (wb ? 1 : 0);
+    default:
+        return 0;
+    }
+}
+
+int VTRBListView::Compare(Row* a, Row* b, int level) {
+    if (level == 0 && m_bTreeMode && a->pParent != b->pParent) {
+        // A descendant follows its ancestor, whatever the direction.
+        for (Row* p = a->pParent; p; p = p->pParent)
+            if (p == b)
+                return 1;
+        for (Row* p = b->pParent; p; p = p->pParent)
+            if (p == a)
+                return -1;
+        // Otherwise the two ancestors that are siblings decide, so a subtree moves as a whole.
+        for (Row* x = a; x; x = x->pParent)
+            for (Row* y = b; y; y = y->pParent)
+                if (x->pParent == y->pParent)
+                    return Compare(x, y, 0);
+        return Compare(a->pParent ? a->pParent : a, b->pParent ? b->pParent : b, 0);
+    }
+    bool const bSumA = (a->dwFlags & VTR_ROW_SUM) != 0;
+    bool const bSumB = (b->dwFlags & VTR_ROW_SUM) != 0;
+    if (bSumA != bSumB)
+        return bSumA ? 1 : -1;
+    if (bSumA && m_bSortSumRowsLParam && a->lParam != b->lParam)
+        return a->lParam < b->lParam ? -1 : 1;
+    int r = OnCmp(a->pData, b->pData);
+    if (r != 0)
+        return r;
+    // Creation order stands in for a key in a tree: blocks are allocated in rising order.
+    auto const addressOrder = [this, a, b]() {
+        int d = SignOf((reinterpret_cast<intptr_t>(a) - reinterpret_cast<intptr_t>(b)) / 32);
+        return m_bSortDesc ? -d : d;
+    };
+    if (m_iSortCol < 0 || m_iSortCol >= m_iColCnt || !m_pCols) {
+        if (m_bTreeMode)
+            return addressOrder();
+        if (m_bSortSumRowsLParam)
+            return Sign(a->lParam, b->lParam);
+        return 0;
+    }
+    bool bFinal = false;
+    r = CompareCells(a, b, m_pCols[m_iSortCol], m_iSortCol, bFinal);
+    if (bFinal)
+        return r;
+    if (r != 0)
+        return m_bSortDesc ? -r : r;
+    if (level == 0) {
+        int const first = m_iSortCol;
+        if (m_wSecondSortCol != first) {
+            m_iSortCol = m_wSecondSortCol;
+            r = Compare(a, b, 1);
+        }
+        if (r == 0 && m_wThirdSortCol != m_iSortCol) {
+            m_iSortCol = m_wThirdSortCol;
+            r = Compare(a, b, 2);
+        }
+        m_iSortCol = first;
+        if (r != 0)
+            return r;
+    }
+    if (m_bTreeMode)
+        return addressOrder();
+    return 0;
+}
+
+int CALLBACK VTRBListView::CompareFunc(LPARAM row1, LPARAM row2, LPARAM list) {
+    auto* pThis = reinterpret_cast<VTRBListView*>(list);
+    Row* a = reinterpret_cast<Row*>(row1);
+    Row* b = reinterpret_cast<Row*>(row2);
+    if (!pThis || !a || !b)
+        return (a ? 1 : 0) - (b ? 1 : 0);
+    return pThis->Compare(a, b, 0);
+}
+
+int VTRBListView::CompareFuncWithContext(void* list, Row* a, Row* b) {
+    return CompareFunc(reinterpret_cast<LPARAM>(a), reinterpret_cast<LPARAM>(b),
+                       reinterpret_cast<LPARAM>(list));
+}
+
+bool VTRBListView::SetHeaderImage(int col, int image, bool bNoSide) {
+    if (!m_hWnd || col < 0 || col >= m_iColCnt)
+        return false;
+    HWND hHeader = reinterpret_cast<HWND>(SendMessageW(m_hWnd, LVM_GETHEADER, 0, 0));
+    if (!hHeader)
+        return false;
+    HDITEMW hdi{};
+    hdi.mask = HDI_FORMAT | HDI_IMAGE;
+    if (!SendMessageW(hHeader, HDM_GETITEMW, col, reinterpret_cast<LPARAM>(&hdi)))
+        return false;
+    if (image < 0) {
+        hdi.fmt &= ~(HDF_IMAGE | HDF_BITMAP_ON_RIGHT);
+    } else {
+        hdi.iImage = image;
+        hdi.fmt |= HDF_IMAGE;
+        // A right-aligned title keeps the picture on its left, where the text does not run into it.
+        if (!bNoSide && (hdi.fmt & HDF_JUSTIFYMASK) != HDF_RIGHT)
+            hdi.fmt |= HDF_BITMAP_ON_RIGHT;
+    }
+    return SendMessageW(hHeader, HDM_SETITEMW, col, reinterpret_cast<LPARAM>(&hdi)) != 0;
+}
+
+bool VTRBListView::_SetSortMode(int col, bool bDesc, bool bNoResort, bool bSetImage) {
+    if (col >= m_iColCnt)
+        return false;
+    if (bSetImage) {
+        if (m_iSortCol >= 0 && m_iSortCol < m_iColCnt)
+            SetHeaderImage(m_iSortCol, m_iSortCol == m_wSecondSortCol ? m_iImgSortDesc + 1 : -1, false);
+        m_iSortCol = col;
+        m_bSortDesc = bDesc;
+        if (col >= 0)
+            SetHeaderImage(col, bDesc ? m_iImgSortDesc : m_iImgSortAsc, false);
+    } else {
+        m_iSortCol = col;
+        m_bSortDesc = bDesc;
+    }
+    OnSortModeChanged();
+    return bNoResort ? true : Resort(false);
+}
+
+bool VTRBListView::SetSortMode(int col, bool bDesc) {
+    return _SetSortMode(col, bDesc, false, SetImageIndSortDraw());
+}
+
+bool VTRBListView::_SetSecondSortCol(int col, bool bNoResort) {
+    if (col == m_wSecondSortCol)
+        return true;
+    if (m_wSecondSortCol < m_iColCnt && m_wSecondSortCol != m_iSortCol)
+        SetHeaderImage(m_wSecondSortCol, -1, false);
+    m_wSecondSortCol = static_cast<unsigned short>(col);
+    if (m_wSecondSortCol < m_iColCnt && m_wSecondSortCol != m_iSortCol)
+        SetHeaderImage(m_wSecondSortCol, m_iImgSortDesc + 1, false);
+    OnSortModeChanged();
+    return bNoResort ? true : Resort(false);
+}
+
+void VTRBListView::SetSecondSortCol(int col) {
+    _SetSecondSortCol(col, false);
+}
+
+void VTRBListView::SetSecondSortCols(int second, int third) {
+    m_wSecondSortCol = static_cast<unsigned short>(second);
+    m_wThirdSortCol = static_cast<unsigned short>(third);
+}
+
+bool VTRBListView::SetSortable(bool bSortable) {
+    HWND hHeader = m_hWnd ? reinterpret_cast<HWND>(SendMessageW(m_hWnd, LVM_GETHEADER, 0, 0)) : nullptr;
+    if (!hHeader || !IsWindow(hHeader))
+        return false;
+    LONG_PTR style = GetWindowLongPtrW(hHeader, GWL_STYLE);
+    style = bSortable ? (style | HDS_BUTTONS) : (style & ~static_cast<LONG_PTR>(HDS_BUTTONS));
+    SetWindowLongPtrW(hHeader, GWL_STYLE, style);
+    return true;
+}
+
+// The control's own sort merges by shifting entries and grows worse than n log n on long lists, so
+// the rows are ordered here with the same comparison and put back into the items. What the control
+// keeps per item (image, indent, selection, focus, check and other state bits) moves with its row.
+bool VTRBListView::Resort(bool bKeepPosition) {
+    if (!m_hWnd || !IsWindow(m_hWnd))
+        return false;
+    m_bTreeInfoDirty = true;
+    if (m_bOwnerData)
+        return true;
+    int const count = GetItemCount();
+    if (count > 1) {
+        struct ItemState {
+            Row* pRow;
+            int iImage;
+            int iIndent;
+            UINT state;
+        };
+        UINT const stateMask = LVIS_SELECTED | LVIS_FOCUSED | LVIS_CUT | LVIS_DROPHILITED | LVIS_OVERLAYMASK |
+                               LVIS_STATEIMAGEMASK;
+        std::vector<ItemState> items(static_cast<size_t>(count));
+        for (int i = 0; i < count; ++i) {
+            LVITEMW lvi{};
+            lvi.mask = LVIF_PARAM | LVIF_IMAGE | LVIF_INDENT | LVIF_STATE;
+            lvi.iItem = i;
+            lvi.stateMask = stateMask;
+            if (!SendMessageW(m_hWnd, LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&lvi)))
+                return false;
+            items[static_cast<size_t>(i)] =
+                ItemState{reinterpret_cast<Row*>(lvi.lParam), lvi.iImage, lvi.iIndent, lvi.state & stateMask};
+        }
+        std::vector<ItemState> sorted(items);
+        LPARAM const self = reinterpret_cast<LPARAM>(this);
+        std::stable_sort(sorted.begin(), sorted.end(), [self](ItemState const& x, ItemState const& y) {
+            return CompareFunc(reinterpret_cast<LPARAM>(x.pRow), reinterpret_cast<LPARAM>(y.pRow), self) < 0;
+        });
+        SendMessageW(m_hWnd, WM_SETREDRAW, FALSE, 0);
+        for (int i = 0; i < count; ++i) {
+            ItemState const& now = items[static_cast<size_t>(i)];
+            ItemState const& want = sorted[static_cast<size_t>(i)];
+            if (now.pRow == want.pRow)
+                continue;
+            LVITEMW lvi{};
+            lvi.mask = LVIF_PARAM | LVIF_IMAGE | LVIF_INDENT | LVIF_STATE;
+            lvi.iItem = i;
+            lvi.lParam = reinterpret_cast<LPARAM>(want.pRow);
+            lvi.iImage = want.iImage;
+            lvi.iIndent = want.iIndent;
+            lvi.stateMask = stateMask;
+            lvi.state = want.state;
+            SendMessageW(m_hWnd, LVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&lvi));
+        }
+        SendMessageW(m_hWnd, WM_SETREDRAW, TRUE, 0);
+        InvalidateRect(m_hWnd, nullptr, FALSE);
+    }
+    if (!bKeepPosition) {
+        int const focus =
+            static_cast<int>(SendMessageW(m_hWnd, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED));
+        if (focus >= 0)
+            SendMessageW(m_hWnd, LVM_ENSUREVISIBLE, focus, FALSE);
+    }
+    return true;
+}

@@ -1,0 +1,158 @@
+#include "exchange/VTRCSVImportTypes.h"
+
+#include "NVLanguage.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+// Scans the lines as an 8-bit file and, for the same text, as a wide one; both must agree on
+// everything but the text type.
+struct Scanned {
+    std::vector<VTRBDataType> types;
+    std::vector<int> lens;
+    std::vector<std::wstring> titles;
+    int lines = 0;
+};
+
+Scanned Scan(std::vector<std::string> const& lines, int skip = 0, signed char minWidth = 0,
+             bool bForce = false, char const* numberTitle = nullptr, bool bWide = false) {
+    NVSetCurrentLangID(1031);
+    VTRCSVTypeScan scan(bWide, ';', skip, minWidth, bForce, numberTitle);
+    for (std::string const& l : lines) {
+        if (bWide)
+            scan.AddLine(std::wstring(l.begin(), l.end()).c_str());
+        else
+            scan.AddLine(l.c_str());
+    }
+    Scanned out;
+    out.lines = scan.GetLineCount();
+    for (int i = 0; i < scan.GetColCount(); ++i) {
+        out.types.push_back(scan.GetCol(i).eType);
+        out.lens.push_back(scan.GetCol(i).iMaxLen);
+        out.titles.push_back(scan.GetCol(i).strTitle);
+    }
+    return out;
+}
+
+VTRBDataType TypeOf(std::vector<std::string> const& fields, bool bWide = false) {
+    std::vector<std::string> lines;
+    for (auto const& f : fields)
+        lines.push_back("\"" + f + "\"");
+    Scanned s = Scan(lines, 0, 0, false, nullptr, bWide);
+    return s.types.empty() ? VTRCSV_TYPE_UNKNOWN : s.types[0];
+}
+
+TEST(ImportTypes, EachColumnMovesByItsFields) {
+    EXPECT_EQ(VTDT_int, TypeOf({"1", "-2", " 3 ", "0"}));
+    EXPECT_EQ(VTDT_STRING, TypeOf({"1", "2", "x"})) << "1, 2, x ends as text";
+    EXPECT_EQ(VTDT_STRING, TypeOf({"1,5", "2,5"})) << "a second number turns a double column into text";
+    EXPECT_EQ(VTDT_DOUBLE, TypeOf({"1,5", "x"})) << "one number, then others that don't parse";
+    EXPECT_EQ(VTDT_DOUBLE, TypeOf({"1", "2.5"})) << "an int column meets a fraction";
+    EXPECT_EQ(VTDT_QWORD, TypeOf({"007"})) << "a leading zero fails the integer test";
+    EXPECT_EQ(VTDT_DOUBLE, TypeOf({"1", "007"})) << "in an int column a leading zero reads as a number";
+    EXPECT_EQ(VTDT_QWORD, TypeOf({"4294967296", "x", "1,5"})) << "a 64-bit column stays whatever follows";
+    EXPECT_EQ(VTDT_QWORD, TypeOf({"18446744073709551614"}));
+    EXPECT_EQ(VTDT_STRING, TypeOf({"18446744073709551615"})) << "all ones is the overflow result";
+    EXPECT_EQ(VTDT_STRING, TypeOf({"123456789012345678901"})) << "21 digits are no 64-bit number";
+    EXPECT_EQ(VTDT_STRING, TypeOf({"-3000000000"})) << "a big negative number must not wrap round to 64 bits";
+    EXPECT_EQ(VTDT_DOUBLE, TypeOf({"-1,25"}));
+    EXPECT_EQ(VTDT_STRING, TypeOf({"nan"}));
+    EXPECT_EQ(VTDT_STRING, TypeOf({"0x1A"}));
+    EXPECT_EQ(VTDT_TIME_T, TypeOf({"01.02.2006", "03.04.2007 13:19:14"}));
+    EXPECT_EQ(VTDT_SYSTEMTIME, TypeOf({"01.02.2006", "24.12.1960"}))
+        << "before 1970 only a SYSTEMTIME holds it";
+    EXPECT_EQ(VTDT_SYSTEMTIME, TypeOf({"24.12.1960"}));
+    EXPECT_EQ(VTDT_STRING, TypeOf({"24.12.1960", "31.02.2001"}));
+    EXPECT_EQ(VTDT_STRING, TypeOf({"01.02.2006", "soon"}));
+    EXPECT_EQ(VTRCSV_TYPE_UNKNOWN, TypeOf({"", ""})) << "only empty fields: still unknown";
+    EXPECT_EQ(VTDT_int, TypeOf({"", "5", ""})) << "empty fields pass the integer test";
+    EXPECT_EQ(VTDT_STRING, TypeOf({"1,5", ""})) << "an empty field parses as a double, so the column turns";
+}
+
+TEST(ImportTypes, WideFilesGiveTheSameColumns) {
+    std::vector<std::vector<std::string>> cols = {{"1", "2"},     {"007"},        {"1,5", "x"}, {"1", "007"},
+                                                  {"01.02.2006"}, {"24.12.1960"}, {"1", "x"},   {"", ""}};
+    for (auto const& c : cols) {
+        VTRBDataType e8 = TypeOf(c, false);
+        VTRBDataType eW = TypeOf(c, true);
+        if (e8 == VTDT_STRING)
+            EXPECT_EQ(VTDT_WSTRING, eW) << c[0];
+        else
+            EXPECT_EQ(e8, eW) << c[0];
+    }
+}
+
+TEST(ImportTypes, TitlesWidthsAndLineShape) {
+    Scanned s = Scan({"Name;Zahl", "", "abc;12345", "abcdef", "x;1;extra;"}, 1, 0);
+    ASSERT_EQ(3u, s.types.size()) << "the longest line decides the column count";
+    EXPECT_EQ(L"Name", s.titles[0]);
+    EXPECT_EQ(L"Zahl", s.titles[1]);
+    EXPECT_EQ(L"", s.titles[2]);
+    EXPECT_EQ(VTDT_STRING, s.types[0]);
+    EXPECT_EQ(VTDT_int, s.types[1]);
+    EXPECT_EQ(VTDT_STRING, s.types[2]);
+    EXPECT_EQ((std::vector<int>{6, 5, 5}), s.lens) << "titles don't count for the width";
+    EXPECT_EQ(5, s.lines) << "empty lines are counted";
+
+    Scanned skip2 = Scan({"T1;T2", "comment;here", "1;2"}, 2);
+    EXPECT_EQ(VTDT_int, skip2.types[0]) << "lines skipped beyond the title line are no data";
+
+    Scanned minw = Scan({"A;B", "1;", "2"}, 1, 8);
+    EXPECT_EQ((std::vector<int>{8, 8}), minw.lens) << "the minimum widens title and missing columns";
+    Scanned minEmpty = Scan({";x", ";y"}, 0, 3);
+    EXPECT_EQ(VTDT_int, minEmpty.types[0]) << "with a minimum an empty field is tested and passes as integer";
+
+    Scanned forced = Scan({"1;2,5;01.02.2006"}, 0, 0, true);
+    EXPECT_EQ((std::vector<VTRBDataType>{VTDT_STRING, VTDT_STRING, VTDT_STRING}), forced.types);
+    Scanned forcedW = Scan({"1;2"}, 0, 0, true, nullptr, true);
+    EXPECT_EQ((std::vector<VTRBDataType>{VTDT_WSTRING, VTDT_WSTRING}), forcedW.types);
+
+    Scanned numbered = Scan({"a;1"}, 0, 0, false, "Nr");
+    ASSERT_EQ(3u, numbered.types.size());
+    EXPECT_EQ(L"Nr", numbered.titles[0]);
+    EXPECT_EQ(VTDT_int, numbered.types[0]);
+    EXPECT_EQ(VTDT_STRING, numbered.types[1]) << "the file's fields start at column 1";
+}
+
+TEST(ImportTypes, LayoutPlacesEachFieldBehindTheLast) {
+    NVSetCurrentLangID(1033);
+    VTRCSVTypeScan scan(false, ';', 0, 0, false, nullptr);
+    scan.AddLine("abc;1;2,5;4294967296;;01/02/2006;12/24/1960");
+    std::vector<VTRCSVLayoutCol> cols;
+    int iEnd = scan.Layout(cols);
+    ASSERT_EQ(7u, cols.size());
+    std::vector<VTRBDataType> types;
+    std::vector<int> offsets;
+    for (auto const& c : cols) {
+        types.push_back(c.eType);
+        offsets.push_back(c.iOffset);
+    }
+    EXPECT_EQ((std::vector<VTRBDataType>{VTDT_STRING, VTDT_int, VTDT_DOUBLE, VTDT_QWORD, VTDT_STRING,
+                                         VTDT_TIME_T, VTDT_SYSTEMTIME}),
+              types);
+    EXPECT_EQ((std::vector<int>{4, 8, 12, 20, 28, 29, 33}), offsets) << "text takes its length plus one";
+    EXPECT_EQ(33 + 16, iEnd);
+    EXPECT_EQ(L"Column 5", cols[4].strTitle);
+
+    VTRCSVTypeScan wide(true, ';', 0, 0, false, "No.");
+    wide.AddLine(L"\u0141\u00f3d\u017a;7");
+    int iEndW = wide.Layout(cols);
+    ASSERT_EQ(3u, cols.size());
+    EXPECT_EQ(0, cols[0].iOffset) << "the number column holds the line number word";
+    EXPECT_EQ(4, cols[1].iOffset);
+    EXPECT_EQ(VTDT_WSTRING, cols[1].eType);
+    EXPECT_EQ(4 + 2 * 4 + 2, cols[2].iOffset);
+    EXPECT_EQ(cols[2].iOffset + 4, iEndW);
+
+    DynaArrayTpl<VTRBListViewColW, 0, 0> defs;
+    VTRCSVTypeScan::MakeColDefs(cols, defs);
+    ASSERT_EQ(3, defs.GetCount());
+    EXPECT_EQ(std::wstring(L"No."), defs.Get(0)->lpszTitle);
+    EXPECT_EQ(0, defs.Get(1)->iWidth);
+}
+
+} // namespace
