@@ -31,7 +31,7 @@ void* Word(uintptr_t value) {
 
 VTRBListViewStoreData::VTRBListViewStoreData()
     : m_pRowAlloc(nullptr), m_iFieldCnt(0), m_piOffsets(nullptr), m_iCheckBoxOffset(-1),
-      m_iStateImageOffset(-1), m_iDifferentOffset(-1), m_pFilterRow(nullptr) {}
+      m_iStateImageOffset(-1), m_iDifferentOffset(-1), m_uStructSize(0), m_pFilterRow(nullptr) {}
 
 VTRBListViewStoreData::~VTRBListViewStoreData() {
     // The rows go while this is still a store, so that each gives its block back.
@@ -45,6 +45,7 @@ void VTRBListViewStoreData::FreeStructure() {
     delete[] m_piOffsets;
     m_piOffsets = nullptr;
     m_iFieldCnt = 0;
+    m_uStructSize = 0;
     m_iCheckBoxOffset = -1;
     m_iStateImageOffset = -1;
     m_iDifferentOffset = -1;
@@ -63,7 +64,7 @@ void VTRBListViewStoreData::UnAssign() {
 }
 
 unsigned int VTRBListViewStoreData::GetBlockSize() const {
-    return m_pRowAlloc ? static_cast<unsigned int>(m_pRowAlloc->GetBlockSize()) : 0;
+    return m_uStructSize;
 }
 
 int VTRBListViewStoreData::GetUsedBlockCount() const {
@@ -89,6 +90,7 @@ bool VTRBListViewStoreData::DefineStructure(unsigned int uSize, DynaArrayTpl<int
     m_piOffsets = piOffsets;
     m_pRowAlloc = pAlloc;
     m_iFieldCnt = daOffsets.GetCount();
+    m_uStructSize = uSize;
     return true;
 }
 
@@ -230,7 +232,7 @@ void* VTRBListViewStoreData::OnDuplicateRowData(void const* pSrc) {
 
 void VTRBListViewStoreData::OnCopyRowData(void const* pSrc, void* pDst) {
     if (pSrc && pDst && pSrc != pDst && m_pRowAlloc)
-        memcpy(pDst, pSrc, static_cast<size_t>(m_pRowAlloc->GetBlockSize()));
+        memcpy(pDst, pSrc, m_uStructSize);
 }
 
 void VTRBListViewStoreData::OnDeleteRowData(void* pData) {
@@ -382,7 +384,7 @@ bool VTRBListViewStoreData::AddRowEx(LPARAM lParam, int iImage, void* pData, voi
 }
 
 bool VTRBListViewStoreData::AddArray(DynaArray const& daRows, int iKeyOffset, bool bAppend) {
-    if (!m_pRowAlloc || !m_hWnd || daRows.GetElemSize() != m_pRowAlloc->GetBlockSize())
+    if (!m_pRowAlloc || !m_hWnd || static_cast<unsigned int>(daRows.GetElemSize()) != m_uStructSize)
         return false;
     SendMessageW(m_hWnd, WM_SETREDRAW, FALSE, 0);
     if (!bAppend)
@@ -399,7 +401,7 @@ bool VTRBListViewStoreData::AddArray(DynaArray const& daRows, int iKeyOffset, bo
 }
 
 bool VTRBListViewStoreData::GetArray(DynaArray& daRows, bool bAppend) {
-    if (!m_pRowAlloc || daRows.GetElemSize() != m_pRowAlloc->GetBlockSize())
+    if (!m_pRowAlloc || static_cast<unsigned int>(daRows.GetElemSize()) != m_uStructSize)
         return false;
     if (!bAppend)
         daRows.Clear();
