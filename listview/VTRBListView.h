@@ -17,6 +17,8 @@
 
 #include <cstdarg>
 
+class VTRRowPool;
+
 class VTR_API VTRBListView : public VantrelBase {
 public:
     VTRBListView();
@@ -278,6 +280,8 @@ protected:
     Col* GetCol(int col);
     Row* GetRow(int item);
     Row* AllocRow();
+    // Gives a block of AllocRow back; only RowDelete and a failed insert call it.
+    void FreeRow(Row* pRow);
     unsigned int GetRowSize() const;
     bool SetData(Row* pRow, int col, void* value);
     wchar_t const* GetDataText(Row* pRow, int item, int col, bool bNoPassword);
@@ -353,6 +357,7 @@ private:
     void OnGetDispInfo(NMHDR* pHdr, bool bWide);
     void ToggleOnStateIcon(NMITEMACTIVATE* pNM);
 
+    VTRRowPool* m_pRowPool;
     WNDPROC m_pfnOldProc;
     WNDPROC m_pfnOldHeaderProc;
     HWND m_hHeader;
