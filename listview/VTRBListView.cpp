@@ -137,7 +137,7 @@ VTRBListView::VTRBListView()
       m_bSortSumRowsLParam(false), m_iImgSortAsc(-1), m_iImgSortDesc(-1), m_hHeaderImages(nullptr),
       m_bTreeMode(false), m_bTreeIndent(false), m_clrTreeLines(GetSysColor(COLOR_3DLIGHT)),
       m_hStateImages(nullptr), m_bOwnerData(false), m_bShareImageLists(false), m_pRowPool(nullptr),
-      m_pfnOldProc(nullptr), m_pfnOldHeaderProc(nullptr), m_hHeader(nullptr) {
+      m_pSortRanks(nullptr), m_pfnOldProc(nullptr), m_pfnOldHeaderProc(nullptr), m_hHeader(nullptr) {
     m_szText[0] = 0;
     m_wszText[0] = 0;
 }

@@ -353,11 +353,14 @@ private:
                          unsigned long id, int col);
     void ReadCells(Row* pRow, int first, va_list args);
     int CompareCells(Row* a, Row* b, Col const& c, int col, bool& bFinal);
+    void BuildSortRanks(Row* const* rows, int count);
+    bool RankOf(int col, void const* text, int& rank) const;
     wchar_t const* Widen(char const* text, UINT cp);
     void OnGetDispInfo(NMHDR* pHdr, bool bWide);
     void ToggleOnStateIcon(NMITEMACTIVATE* pNM);
 
     VTRRowPool* m_pRowPool;
+    struct SortRanks* m_pSortRanks; // only while Resort sorts
     WNDPROC m_pfnOldProc;
     WNDPROC m_pfnOldHeaderProc;
     HWND m_hHeader;
