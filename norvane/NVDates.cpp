@@ -581,14 +581,17 @@ struct LanguageFormats {
     char const* pszDate;
     char const* pszTime;
     char const* pszTimeSeconds;
+    char const* pszTimeBehindDate;
     char const* pszWeekdayComma;
     char const* pszShortYear;
     char const* pszWeekday;
 };
 
-LanguageFormats const g_German = {"dd.MM.yyyy",      "HH:mm",    "HH:mm:ss",
+// The time that follows a date carries its blank, so that a date and a time written one after the
+// other without a separator still read well.
+LanguageFormats const g_German = {"dd.MM.yyyy",      "HH:mm",    "HH:mm:ss",      " HH:mm:ss",
                                   "ddd, dd.MM.yyyy", "dd.MM.yy", "ddd dd.MM.yyyy"};
-LanguageFormats const g_English = {"MM/dd/yyyy",      "hh:mm tt", "hh:mm:ss tt",
+LanguageFormats const g_English = {"MM/dd/yyyy",      "hh:mm tt", "hh:mm:ss tt",   " hh:mm:ss tt",
                                    "ddd, MM/dd/yyyy", "MM/dd/yy", "ddd MM/dd/yyyy"};
 
 LanguageFormats const& FormatsOf(unsigned short wLangID) {
@@ -614,6 +617,7 @@ char const* NVGetDateTimeFormatString(NVDateTimeFormatStringType type, unsigned 
     case NVDT_TIME:
         return f.pszTime;
     case NVDT_DATETIME_TIME:
+        return f.pszTimeBehindDate;
     case NVDT_TIME_SECONDS:
         return f.pszTimeSeconds;
     case NVDT_DATE_WEEKDAY_COMMA:

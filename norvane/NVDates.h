@@ -16,7 +16,7 @@ enum NVDateTimeFormatStringType {
     NVDT_DATETIME_DATE = 0,      // date half of a date-time cell, "dd.MM.yyyy"
     NVDT_DATE = 1,               // date cells: read and written, "dd.MM.yyyy"
     NVDT_TIME = 2,               // hours and minutes, "HH:mm"
-    NVDT_DATETIME_TIME = 3,      // time half of a date-time cell, "HH:mm:ss"
+    NVDT_DATETIME_TIME = 3,      // time half of a date-time cell, " HH:mm:ss" (with its blank)
     NVDT_DATE_WEEKDAY_COMMA = 5, // lists of dates, "ddd, dd.MM.yyyy"
     NVDT_TIME_SECONDS = 6,       // with seconds, "HH:mm:ss"
     NVDT_DATE_SHORTYEAR = 7,     // two-digit year, "dd.MM.yy"

@@ -275,6 +275,12 @@ TEST_F(Dates, FormatsInGermanAndEnglish) {
               Format(T_2024_03_31_0100, NVGetDateTimeFormatString(NVDT_DATE_WEEKDAY_COMMA, 0),
                      NVGetDateTimeFormatString(NVDT_TIME, 0)));
     EXPECT_EQ("18.01.2038 09:01:52", Format(NV_TIME_MAX, "dd.MM.yyyy", "HH:mm:ss", TZ_UTC));
+    // The halves of a date-time cell read well whether joined here or simply written one after the other.
+    char const* date = NVGetDateTimeFormatString(NVDT_DATETIME_DATE, 0);
+    char const* time = NVGetDateTimeFormatString(NVDT_DATETIME_TIME, 0);
+    EXPECT_EQ("15.01.2024 09:05:09", Format(T_2024_01_15_080509, date, time));
+    EXPECT_EQ("15.01.2024 09:05:09",
+              Format(T_2024_01_15_080509, date, nullptr) + Format(T_2024_01_15_080509, "", time));
 
     NVSetCurrentLangID(1033);
     EXPECT_STREQ("MM/dd/yyyy", NVGetDateTimeFormatString(NVDT_DATE, 0));
