@@ -39,9 +39,10 @@ int CompareRecords(void const* a, void const* b) {
     return 0;
 }
 
-// Texts such as "Total (§1)*..." may carry a marker ")*": behind its ")" the numbers of the
-// placeholders that follow the "*" are listed, so that a translator's tool can see which arguments a
-// text takes without parsing it.
+// A text may carry the marker ")*" in front of its message part. With format scanning the numbers of
+// the placeholders behind the "*" are written after the ")": "Seats (hall)*§2!d! of §1" becomes
+// "Seats (hall){2,1}*§2!d! of §1", so that the arguments a text takes can be read off without
+// parsing it.
 void InsertFormatList(std::wstring& text) {
     size_t pos = text.find(L")*");
     if (pos == std::wstring::npos)

@@ -241,3 +241,78 @@ TEST_F(StringTable, EveryLibraryTextExistsInAllThreeLanguagesWithTheSamePlacehol
 }
 
 } // namespace
+
+namespace {
+
+// A copy of this test program whose resources are only a marker and the string blocks of the
+// chosen languages (copied from this program), loaded as a data file: a module whose languages and
+// marker the test decides.
+class ResourceModule {
+public:
+    ResourceModule(char bMarker, std::vector<WORD> const& keepLangs) {
+        wchar_t szExe[MAX_PATH];
+        GetModuleFileNameW(nullptr, szExe, MAX_PATH);
+        std::string path = m_temp.File("strings.dll");
+        std::wstring wpath(path.begin(), path.end());
+        if (!CopyFileW(szExe, wpath.c_str(), FALSE))
+            return;
+        HANDLE hUpdate = BeginUpdateResourceW(wpath.c_str(), TRUE);
+        if (!hUpdate)
+            return;
+        UpdateResourceA(hUpdate, "TXTRESGUI", "AL", kEnglish, &bMarker, 1);
+        HMODULE hSelf = GetModuleHandleW(nullptr);
+        for (WORD wLang : keepLangs) {
+            for (WORD wBlock : {1, 2, 3}) {
+                HRSRC hRes = FindResourceExW(hSelf, MAKEINTRESOURCEW(6), MAKEINTRESOURCEW(wBlock), wLang);
+                if (!hRes)
+                    continue;
+                void* pData = LockResource(LoadResource(hSelf, hRes));
+                UpdateResourceW(hUpdate, MAKEINTRESOURCEW(6), MAKEINTRESOURCEW(wBlock), wLang, pData,
+                                SizeofResource(hSelf, hRes));
+            }
+        }
+        if (!EndUpdateResourceW(hUpdate, FALSE))
+            return;
+        m_hModule = LoadLibraryExW(wpath.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+    }
+    ~ResourceModule() {
+        if (m_hModule)
+            FreeLibrary(m_hModule);
+    }
+    HMODULE get() const { return m_hModule; }
+
+private:
+    vtrtest::TempDir m_temp;
+    HMODULE m_hModule = nullptr;
+};
+
+TEST_F(StringTable, MarkerWithZeroByteKeepsOnlyTheCurrentLanguage) {
+    ResourceModule module(0, {kGerman, kEnglish, kPolish});
+    ASSERT_NE(nullptr, module.get());
+    NVSetCurrentLangID(kEnglish);
+    ASSERT_TRUE(VTRStringTable::Init(module.get(), false));
+    EXPECT_FALSE(VTRStringTable::IsAllLanguages());
+    EXPECT_STREQ("sixteen", VTRStringTable::GetText(16));
+    EXPECT_STREQ("", VTRStringTable::GetText(16, kGerman));
+    EXPECT_STREQ("", VTRStringTable::GetText(40)) << "no retry in another language";
+
+    NVSetCurrentLangID(kGerman);
+    EXPECT_STREQ("sechzehn", VTRStringTable::GetText(16));
+    EXPECT_STREQ("nur deutsch", VTRStringTable::GetText(40));
+}
+
+TEST_F(StringTable, ModuleWithOneLanguageIsNotReloadedOnASwitch) {
+    ResourceModule module(0, {kGerman});
+    ASSERT_NE(nullptr, module.get());
+    NVSetCurrentLangID(kGerman);
+    ASSERT_TRUE(VTRStringTable::Init(module.get(), false));
+    EXPECT_FALSE(VTRStringTable::IsAllLanguages());
+    EXPECT_STREQ("f\xFCnfzehn", VTRStringTable::GetText(15));
+
+    NVSetCurrentLangID(kPolish);
+    EXPECT_TRUE(VTRStringTable::EnsureLanguage()) << "nothing else to switch to";
+    EXPECT_EQ(kGerman, VTRStringTable::GetCurLangID());
+    EXPECT_STREQ("sechzehn", VTRStringTable::GetText(16));
+}
+
+} // namespace
