@@ -414,16 +414,18 @@ void VTRBListView::OnGetDispInfo(NMHDR* pHdr, bool bWide) {
     }
 }
 
-void VTRBListView::ToggleOnStateIcon(NMITEMACTIVATE* pNM) {
+bool VTRBListView::ToggleOnStateIcon(NMITEMACTIVATE* pNM) {
     if (!m_bTreeMode || pNM->iItem < 0)
-        return;
+        return false;
     LVHITTESTINFO hit{};
     hit.pt = pNM->ptAction;
     SendMessageW(m_hWnd, LVM_SUBITEMHITTEST, 0, reinterpret_cast<LPARAM>(&hit));
     Row* pRow = GetRow(pNM->iItem);
-    if (hit.iItem == pNM->iItem && (hit.flags & LVHT_ONITEMSTATEICON) && pRow &&
-        (pRow->dwFlags & VTR_ROW_HASCHILDS))
-        ToggleExpandState(pNM->iItem);
+    if (hit.iItem != pNM->iItem || !(hit.flags & LVHT_ONITEMSTATEICON) || !pRow ||
+        !(pRow->dwFlags & VTR_ROW_HASCHILDS))
+        return false;
+    ToggleExpandState(pNM->iItem);
+    return true;
 }
 
 LRESULT VTRBListView::HandleNotify(WPARAM wParam, LPARAM lParam) {
@@ -509,7 +511,8 @@ LRESULT VTRBListView::HandleNotify(WPARAM wParam, LPARAM lParam) {
     }
     case NM_DBLCLK: {
         auto* pNM = reinterpret_cast<NMITEMACTIVATE*>(pHdr);
-        OnDblClick(pNM->iItem);
+        if (!ToggleOnStateIcon(pNM))
+            OnDblClick(pNM->iItem);
         break;
     }
     case NM_RCLICK:

@@ -357,7 +357,8 @@ private:
     bool RankOf(int col, void const* text, int& rank) const;
     wchar_t const* Widen(char const* text, UINT cp);
     void OnGetDispInfo(NMHDR* pHdr, bool bWide);
-    void ToggleOnStateIcon(NMITEMACTIVATE* pNM);
+    // True when the point was on a tree row's open/close picture and the row was toggled.
+    bool ToggleOnStateIcon(NMITEMACTIVATE* pNM);
 
     VTRRowPool* m_pRowPool;
     struct SortRanks* m_pSortRanks; // only while Resort sorts

@@ -126,6 +126,31 @@ TEST(ListTree, ExpandCollapseKeepChildrenUnderParentsInEverySort) {
     EXPECT_EQ(5, h.list.GetItemCount());
     ASSERT_TRUE(h.list.ToggleExpandState(0));
     EXPECT_EQ(3, h.list.GetItemCount());
+
+    // A click on the open/close picture toggles; elsewhere on the row it does not.
+    RECT rc{};
+    rc.left = LVIR_BOUNDS;
+    ASSERT_TRUE(SendMessageW(h.hList, LVM_GETITEMRECT, 0, (LPARAM)&rc));
+    NMITEMACTIVATE click{};
+    click.hdr.hwndFrom = h.hList;
+    click.hdr.idFrom = 1012;
+    click.hdr.code = NM_CLICK;
+    click.iItem = 0;
+    click.ptAction = POINT{rc.left + 8, (rc.top + rc.bottom) / 2};
+    LVHITTESTINFO hit{};
+    hit.pt = click.ptAction;
+    SendMessageW(h.hList, LVM_SUBITEMHITTEST, 0, (LPARAM)&hit);
+    ASSERT_TRUE(hit.flags & LVHT_ONITEMSTATEICON) << "flags " << hit.flags;
+    SendMessageW(h.dlg.hwnd(), WM_NOTIFY, 1012, (LPARAM)&click);
+    EXPECT_TRUE(h.list.IsExpanded(0));
+    EXPECT_EQ(5, h.list.GetItemCount());
+    click.hdr.code = NM_DBLCLK;
+    SendMessageW(h.dlg.hwnd(), WM_NOTIFY, 1012, (LPARAM)&click);
+    EXPECT_FALSE(h.list.IsExpanded(0));
+    click.hdr.code = NM_CLICK;
+    click.ptAction.x = rc.left + 60;
+    SendMessageW(h.dlg.hwnd(), WM_NOTIFY, 1012, (LPARAM)&click);
+    EXPECT_FALSE(h.list.IsExpanded(0));
 }
 
 TEST(ListTree, StatesKeysAndLeavingTreeMode) {
