@@ -494,9 +494,20 @@ LRESULT VTRBListView::HandleNotify(WPARAM wParam, LPARAM lParam) {
         break;
     case NM_CUSTOMDRAW: {
         auto* pCD = reinterpret_cast<NMLVCUSTOMDRAW*>(pHdr);
-        if (pCD->nmcd.dwDrawStage == CDDS_PREPAINT && m_bTreeMode && m_bTreeInfoDirty)
-            UpdateTreeInfo();
         result = CDRF_DODEFAULT;
+        if (!m_bTreeMode)
+            break;
+        // The tree lines go over the finished row: drawn earlier, the row's own painting would
+        // cover them.
+        if (pCD->nmcd.dwDrawStage == CDDS_PREPAINT) {
+            if (m_bTreeInfoDirty)
+                UpdateTreeInfo();
+            result = CDRF_NOTIFYITEMDRAW;
+        } else if (pCD->nmcd.dwDrawStage == CDDS_ITEMPREPAINT) {
+            result = CDRF_NOTIFYPOSTPAINT;
+        } else if (pCD->nmcd.dwDrawStage == CDDS_ITEMPOSTPAINT) {
+            DrawTreeLines(pCD->nmcd.hdc, static_cast<int>(pCD->nmcd.dwItemSpec));
+        }
         break;
     }
     case NM_CLICK: {

@@ -292,6 +292,8 @@ protected:
     int Compare(Row* a, Row* b, int level);
     // Recomputes each row's iLastChild when rows were added, deleted or moved since the last time.
     void UpdateTreeInfo();
+    // The connecting lines of a child row in the first column.
+    void DrawTreeLines(HDC hDC, int item);
 
     // Conversion buffers: a text result is valid until the next one is asked for.
     char m_szText[1024];
