@@ -260,3 +260,36 @@ TEST(ListRows, BadArgumentsFailWithoutHarm) {
     EXPECT_FALSE(h.list.ExpandItem(0)) << "not in tree mode";
     EXPECT_EQ(1, h.list.GetItemCount());
 }
+
+TEST(ListRows, CheckRowSortSingleSelectionAndNarrowTextRequests) {
+    ListHost<> h(LVS_REPORT | LVS_SINGLESEL);
+    ASSERT_TRUE(h.list.DefineCols("Chk", 0, nullptr, 30, 0, VTDT_CHECKROW, "Name", 1, nullptr, 60, 0,
+                                  VTDT_STRING, kEnd));
+    bool yes = true, no = false;
+    char const* x = "ignored";
+    ASSERT_TRUE(h.list.AddRowEx(1, 0, &yes, const_cast<char*>(x), W(1), "one"));
+    ASSERT_TRUE(h.list.AddRowEx(2, 0, &no, const_cast<char*>(x), W(1), "two"));
+    ASSERT_TRUE(h.list.AddRowEx(3, 0, nullptr, const_cast<char*>(x), W(1), "three"));
+    EXPECT_EQ(nullptr, h.list.Get(0)->cells[0].pValue) << "a check row column stores nothing";
+    EXPECT_EQ("", h.TextA(0, 0));
+    ASSERT_TRUE(h.list.SetSortMode(0, false));
+    EXPECT_EQ((std::vector<LPARAM>{3, 2, 1}), h.Order()) << "no check pointer, unchecked, checked";
+
+    ASSERT_TRUE(h.list.DeleteRow(0, true));
+    EXPECT_EQ(static_cast<UINT>(LVIS_SELECTED | LVIS_FOCUSED),
+              ListView_GetItemState(h.hList, 0, LVIS_SELECTED | LVIS_FOCUSED))
+        << "single selection moves the focus too";
+
+    char buf[16] = "?";
+    NMLVDISPINFOA info{};
+    info.hdr.hwndFrom = h.hList;
+    info.hdr.idFrom = 1012;
+    info.hdr.code = LVN_GETDISPINFOA;
+    info.item.mask = LVIF_TEXT;
+    info.item.iItem = 1;
+    info.item.iSubItem = 1;
+    info.item.pszText = buf;
+    info.item.cchTextMax = 16;
+    SendMessageW(h.dlg.hwnd(), WM_NOTIFY, 1012, (LPARAM)&info);
+    EXPECT_STREQ("one", buf);
+}
