@@ -6,6 +6,7 @@
 #include <windows.h>
 #include <commctrl.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -355,10 +356,27 @@ int main(int argc, char** argv) {
         return 0;
     }
     for (int n : {10000, 100000}) {
+        // The machine is shared: each side runs three times, alternating, and its best time counts.
         Times bare, list;
-        if (!RunChild("bare", n, bare) || !RunChild("list", n, list)) {
-            printf("error: a measuring process failed\n");
-            return 1;
+        for (int round = 0; round < 3; ++round) {
+            Times b, l;
+            if (!RunChild("bare", n, b) || !RunChild("list", n, l)) {
+                printf("error: a measuring process failed\n");
+                return 1;
+            }
+            if (round == 0) {
+                bare = b;
+                list = l;
+                continue;
+            }
+            bare.add = std::min(bare.add, b.add);
+            bare.sort = std::min(bare.sort, b.sort);
+            bare.textNs = std::min(bare.textNs, b.textNs);
+            list.add = std::min(list.add, l.add);
+            list.sort = std::min(list.sort, l.sort);
+            list.textNs = std::min(list.textNs, l.textNs);
+            list.allocs = std::max(list.allocs, l.allocs);
+            list.otherAllocs = std::max(list.otherAllocs, l.otherAllocs);
         }
         char figure[128], baseline[128];
         snprintf(figure, sizeof figure, "AddRow %dk rows x 10 cols", n / 1000);
