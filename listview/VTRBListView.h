@@ -50,8 +50,8 @@ public:
     virtual void Reset();                                                              // 14
     virtual bool DefineStructure(unsigned int size, DynaArrayTpl<int, 0, 0>& offsets); // 15 false: stores
     virtual bool Resort(bool bKeepPosition);                                           // 16
-    virtual void OnSelChange(int item);                                                // 17
-    virtual void OnCheckChange(int item);                                              // 18
+    virtual void OnSelChange(int item);                                                // 17 default only
+    virtual void OnCheckChange(int item);                                              // 18 default only
     virtual bool OnIsSelChangeAllowed(NMLISTVIEW* pNM);                                // 19 default only
     virtual bool OnIsSelChangeAllowed();                                               // 20 default only
     virtual bool OnIsCheckChangeAllowed(NMLISTVIEW* pNM);                              // 21 default only
@@ -102,7 +102,7 @@ public:
     virtual void OnBeginDrag(NMLISTVIEW* pNM);                                                         // 64
     virtual void OnBeginRDrag(NMLISTVIEW* pNM);                                                        // 65
     virtual bool OnToolTip(int item, int col, POINT& pt, RECT& rc, char*& lpszText); // 66 default only
-    virtual bool OnDividerDblClick(NMHEADERA* pNM);                                  // 67 default only
+    virtual bool OnDividerDblClick(NMHEADERA* pNM);                                  // 67
     virtual int OnPrintGetMinColWidth(int col, int width);                           // 68 default only
     virtual unsigned long OnGetTZIndex(int item, int col);                           // 69
     virtual bool OnGetInvalidDateText(long value, int item, int col, char* buf);     // 70
