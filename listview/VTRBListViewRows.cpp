@@ -140,7 +140,8 @@ void VTRBListView::ReadCells(Row* pRow, int first, va_list args) {
 
 bool VTRBListView::AddRow_VA(LPARAM lParam, int image, void* first, va_list args, unsigned long flags,
                              int pos) {
-    if (!m_hWnd || !m_pCols)
+    // A dead window answers every message with 0, which would read as "inserted at index 0".
+    if (!m_hWnd || !m_pCols || !IsWindow(m_hWnd))
         return false;
     Row* pRow = AllocRow();
     if (!pRow)

@@ -293,3 +293,32 @@ TEST(ListRows, CheckRowSortSingleSelectionAndNarrowTextRequests) {
     SendMessageW(h.dlg.hwnd(), WM_NOTIFY, 1012, (LPARAM)&info);
     EXPECT_STREQ("one", buf);
 }
+
+TEST(ListRows, WindowDestroyedFirstFreesRowsAndTheListCanBindAgain) {
+    ListHost<> h;
+    ASSERT_TRUE(
+        h.list.DefineCols("A", 1, nullptr, 40, 0, VTDT_STRING, "B", 2, nullptr, 40, 0, VTDT_int, kEnd));
+    for (int i = 0; i < 5; ++i)
+        ASSERT_TRUE(h.list.AddRow(i, 0, const_cast<char*>("r"), i));
+    DestroyWindow(h.hList);
+    EXPECT_EQ(5, h.list.iRowsFreed) << "the dying control reports every row";
+    EXPECT_EQ(0, h.list.GetItemCount());
+    EXPECT_FALSE(h.list.AddRow(9, 0, const_cast<char*>("r"), 9));
+    h.list.UnAssign();
+
+    // A fresh control: definitions start over, and column widths follow the rules.
+    h.hList = h.dlg.AddControl(WC_LISTVIEWW, LVS_REPORT, 1013, 0, 0, 400, 300);
+    h.list.Assign(h.hList);
+    ASSERT_TRUE(
+        h.list.DefineCols("Short", 1, nullptr, 50, 0, VTDT_STRING, "N", 2, nullptr, 50, 0, VTDT_int, kEnd));
+    ASSERT_TRUE(h.list.AddRow(1, 0, const_cast<char*>("a much longer text than the title"), 7));
+    EXPECT_EQ("7", h.TextA(0, 1)) << "the new control is served";
+    ASSERT_TRUE(h.list.SetColmnWidth());
+    int const wide = static_cast<int>(
+        SendMessageW(h.hList, LVM_GETSTRINGWIDTHW, 0, (LPARAM)L"a much longer text than the title"));
+    EXPECT_EQ(wide + 12, h.list.GetColumnWidth(0));
+    h.list.SetColumnWidth(1, 33);
+    EXPECT_EQ(33, h.list.GetColumnWidth(1));
+    EXPECT_TRUE(h.list.EnsureColVisible(1));
+    EXPECT_FALSE(h.list.EnsureColVisible(2));
+}
