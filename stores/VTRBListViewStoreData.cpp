@@ -27,6 +27,26 @@ void* Word(uintptr_t value) {
     return reinterpret_cast<void*>(value);
 }
 
+// The argument list of one row: column count plus two slots. Lists of usual width live on the
+// stack, since a heap block per row costs more than the rest of adding it.
+class CellSlots {
+public:
+    explicit CellSlots(int iColCnt) {
+        size_t const n = static_cast<size_t>(iColCnt > 0 ? iColCnt : 0) + 2;
+        if (n > kLocal) {
+            m_pHeap.reset(new (std::nothrow) uintptr_t[n]);
+            m_pSlots = m_pHeap.get();
+        }
+    }
+    uintptr_t* get() { return m_pSlots; }
+
+private:
+    static size_t const kLocal = 64;
+    uintptr_t m_local[kLocal];
+    std::unique_ptr<uintptr_t[]> m_pHeap;
+    uintptr_t* m_pSlots = m_local;
+};
+
 } // namespace
 
 VTRBListViewStoreData::VTRBListViewStoreData()
@@ -341,8 +361,8 @@ bool VTRBListViewStoreData::AddRowEx(LPARAM lParam, int iImage, void* pData, voi
         if (!pBlock)
             return false;
     }
-    std::unique_ptr<uintptr_t[]> slots(new (std::nothrow) uintptr_t[static_cast<size_t>(m_iColCnt) + 2]);
-    if (!slots) {
+    CellSlots slots(m_iColCnt);
+    if (!slots.get()) {
         if (pBlock)
             OnDeleteRowData(pBlock);
         return false;
@@ -353,7 +373,7 @@ bool VTRBListViewStoreData::AddRowEx(LPARAM lParam, int iImage, void* pData, voi
         dwFlags |= VTR_ROW_CHECKPTR;
     if (bSumRow)
         dwFlags |= VTR_ROW_SUM | VTR_ROW_BOLD;
-    if (!AddRow_VA(lParam, iImage, Word(slots[0]), reinterpret_cast<va_list>(slots.get() + 1), dwFlags,
+    if (!AddRow_VA(lParam, iImage, Word(slots.get()[0]), reinterpret_cast<va_list>(slots.get() + 1), dwFlags,
                    iPos)) {
         if (pBlock)
             OnDeleteRowData(pBlock);
@@ -420,8 +440,8 @@ bool VTRBListViewStoreData::UpdateCells(int iRow, LPARAM lParam, int iImage, voi
     Row* pRow = GetRow(iRow);
     if (!pRow)
         return false;
-    std::unique_ptr<uintptr_t[]> slots(new (std::nothrow) uintptr_t[static_cast<size_t>(m_iColCnt) + 2]);
-    if (!slots)
+    CellSlots slots(m_iColCnt);
+    if (!slots.get())
         return false;
     // The list reads a leading check box address only from rows that carry one.
     int const iSaved = m_iCheckBoxOffset;
@@ -429,7 +449,8 @@ bool VTRBListViewStoreData::UpdateCells(int iRow, LPARAM lParam, int iImage, voi
         m_iCheckBoxOffset = -1;
     FillCellSlots(pBlock, slots.get());
     m_iCheckBoxOffset = iSaved;
-    return UpdateRow_VA(iRow, lParam, iImage, Word(slots[0]), reinterpret_cast<va_list>(slots.get() + 1));
+    return UpdateRow_VA(iRow, lParam, iImage, Word(slots.get()[0]),
+                        reinterpret_cast<va_list>(slots.get() + 1));
 }
 
 bool VTRBListViewStoreData::UpdateRow(int iRow, LPARAM lParam, int iImage, void* pData, bool bResort) {
