@@ -249,3 +249,24 @@ TEST(CSVExport, TextFormatMembersAndSeparatorChoices) {
     EXPECT_EQ((std::vector<LRESULT>{59, 44, 124, 9}), data);
     EXPECT_EQ((std::vector<std::wstring>{L";", L",", L"|", L"<TAB>"}), texts);
 }
+
+TEST(CSVExport, LongCellsAreCutToTheBufferInTheCodePageForm) {
+    ListHost<ExportList> h;
+    std::string const longAscii(1500, 'a');
+    std::string longMixed;
+    for (int i = 0; i < 700; ++i)
+        longMixed += "\xe9";
+    ASSERT_TRUE(h.list.DefineCols("A", 1, nullptr, 60, 0, VTDT_STRING, nullptr));
+    ASSERT_TRUE(h.list.AddRow(0, -1, S(longAscii.c_str())));
+    ASSERT_TRUE(h.list.AddRow(1, -1, S(longMixed.c_str())));
+    TempDir dir;
+    ASSERT_TRUE(h.list.ExportCSV(dir.File("l.csv").c_str(), ';', false, false));
+    std::string const bytes = ReadFileBytes(dir.File("l.csv"));
+    size_t const firstEnd = bytes.find("\r\n");
+    ASSERT_NE(std::string::npos, firstEnd);
+    // Never more than the 1023 characters of a text buffer, never less than the whole short cell.
+    EXPECT_GT(firstEnd, 2u);
+    EXPECT_LE(firstEnd, 1023u + 2u);
+    EXPECT_EQ("\"" + std::string(firstEnd - 2, 'a') + "\"", bytes.substr(0, firstEnd));
+    EXPECT_EQ("\"" + longMixed + "\"\r\n", bytes.substr(firstEnd + 2));
+}
