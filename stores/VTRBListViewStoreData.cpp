@@ -489,9 +489,10 @@ void* VTRBListViewStoreData::GetCurSelRowData(int* piRow) {
     int iRow = -1;
     if (!GetCurSel(lParam, iRow))
         return nullptr;
-    void* pData = nullptr;
-    if (GetRowData(iRow, pData) && piRow)
+    if (piRow)
         *piRow = iRow;
+    void* pData = nullptr;
+    GetRowData(iRow, pData);
     return pData;
 }
 
@@ -500,9 +501,10 @@ void* VTRBListViewStoreData::GetCurFocusSelRowData(int* piRow) {
     int iRow = -1;
     if (!GetCurFocusSel(lParam, iRow))
         return nullptr;
-    void* pData = nullptr;
-    if (GetRowData(iRow, pData) && piRow)
+    if (piRow)
         *piRow = iRow;
+    void* pData = nullptr;
+    GetRowData(iRow, pData);
     return pData;
 }
 
