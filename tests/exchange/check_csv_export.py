@@ -56,17 +56,17 @@ def check_file(folder, entry):
 def main():
     folder = sys.argv[1] if len(sys.argv) > 1 else "test-output/csv"
     with open(os.path.join(folder, "expected.json"), encoding="ascii") as fp:
-        spec = json.load(fp)
+        manifest = json.load(fp)
     failed = 0
     cells = 0
-    for entry in spec["files"]:
+    for entry in manifest["files"]:
         problems = check_file(folder, entry)
         cells += sum(len(r) for r in entry["rows"])
         for p in problems:
             print("%s: %s" % (entry["name"], p))
         failed += bool(problems)
-    print("%d files, %d cells checked, %d files with differences" % (len(spec["files"]), cells, failed))
-    return 1 if failed or not spec["files"] else 0
+    print("%d files, %d cells checked, %d files with differences" % (len(manifest["files"]), cells, failed))
+    return 1 if failed or not manifest["files"] else 0
 
 
 if __name__ == "__main__":
