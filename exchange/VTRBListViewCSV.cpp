@@ -32,6 +32,19 @@ void ToCodePage(wchar_t const* pszText, char* out, int size) {
     if (!pszText || !*pszText)
         return;
     UINT const cp = static_cast<UINT>(NVGetCurCodePage());
+    // Plain ASCII is the same bytes in every code page of the system but UTF-7, and the conversion
+    // call costs more than the rest of writing a cell.
+    if (cp != CP_UTF7) {
+        int i = 0;
+        while (i < size - 1 && pszText[i] && pszText[i] < 0x80) {
+            out[i] = static_cast<char>(pszText[i]);
+            ++i;
+        }
+        if (!pszText[i]) {
+            out[i] = 0;
+            return;
+        }
+    }
     DWORD const dwFlags = ConvertFlags(cp);
     if (WideCharToMultiByte(cp, dwFlags, pszText, -1, out, size, nullptr, nullptr) > 0)
         return;

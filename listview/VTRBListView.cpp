@@ -1,4 +1,5 @@
 #include "listview/VTRBListView.h"
+#include "listview/VTRRowPool.h"
 
 #include "frame/VTRStringIds.h"
 #include "frame/VTRStringTable.h"
@@ -10,10 +11,39 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <vector>
 
 namespace {
 
 char const s_szProp[] = "Prop_VTREditWndProc";
+
+// Windows bound to a list object. The window property names the object for everyone else, but
+// reading a property costs a round trip to the window server under Wine on every message, so the
+// list's own procedure looks its object up here. GUI thread only, and only a few entries.
+struct BoundWindow {
+    HWND hWnd;
+    VTRBListView* pList;
+};
+std::vector<BoundWindow> s_aBound;
+
+void Bind(HWND hWnd, VTRBListView* pList) {
+    s_aBound.push_back(BoundWindow{hWnd, pList});
+}
+
+void Unbind(HWND hWnd) {
+    for (size_t i = 0; i < s_aBound.size(); ++i)
+        if (s_aBound[i].hWnd == hWnd) {
+            s_aBound.erase(s_aBound.begin() + static_cast<std::ptrdiff_t>(i));
+            return;
+        }
+}
+
+VTRBListView* BoundList(HWND hWnd) {
+    for (BoundWindow const& b : s_aBound)
+        if (b.hWnd == hWnd)
+            return b.pList;
+    return nullptr;
+}
 
 // Draws one picture and its mask (white where transparent) into two fresh bitmaps.
 struct PictureDC {
@@ -106,8 +136,8 @@ VTRBListView::VTRBListView()
       m_iSavedSel(-1), m_iSortCol(-1), m_wSecondSortCol(0xFFFF), m_wThirdSortCol(0xFFFF), m_bSortDesc(false),
       m_bSortSumRowsLParam(false), m_iImgSortAsc(-1), m_iImgSortDesc(-1), m_hHeaderImages(nullptr),
       m_bTreeMode(false), m_bTreeIndent(false), m_clrTreeLines(GetSysColor(COLOR_3DLIGHT)),
-      m_hStateImages(nullptr), m_bOwnerData(false), m_bShareImageLists(false), m_pfnOldProc(nullptr),
-      m_pfnOldHeaderProc(nullptr), m_hHeader(nullptr) {
+      m_hStateImages(nullptr), m_bOwnerData(false), m_bShareImageLists(false), m_pRowPool(nullptr),
+      m_pSortRanks(nullptr), m_pfnOldProc(nullptr), m_pfnOldHeaderProc(nullptr), m_hHeader(nullptr) {
     m_szText[0] = 0;
     m_wszText[0] = 0;
 }
@@ -121,6 +151,8 @@ VTRBListView::~VTRBListView() {
     RemoveHooks();
     delete[] m_pCols;
     m_pCols = nullptr;
+    delete m_pRowPool;
+    m_pRowPool = nullptr;
     if (m_hHeaderImages)
         ImageList_Destroy(m_hHeaderImages);
     if (m_hStateImages && (m_bShareImageLists || !m_hWnd || !IsWindow(m_hWnd)))
@@ -214,31 +246,39 @@ void VTRBListView::UnAssign() {
 void VTRBListView::InstallHooks() {
     if (!m_pfnOldProc && m_hWnd) {
         SetPropA(m_hWnd, s_szProp, this);
+        Bind(m_hWnd, this);
         m_pfnOldProc = reinterpret_cast<WNDPROC>(
             SetWindowLongPtrW(m_hWnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&VTRBListView::SubclassProc)));
     }
     if (!m_pfnOldHeaderProc && m_hHeader) {
         SetPropA(m_hHeader, s_szProp, this);
+        Bind(m_hHeader, this);
         m_pfnOldHeaderProc = reinterpret_cast<WNDPROC>(SetWindowLongPtrW(
             m_hHeader, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&VTRBListView::SubclassProc)));
     }
 }
 
 void VTRBListView::RemoveHooks() {
-    if (m_pfnOldProc && m_hWnd && IsWindow(m_hWnd)) {
-        SetWindowLongPtrW(m_hWnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(m_pfnOldProc));
-        RemovePropA(m_hWnd, s_szProp);
+    if (m_pfnOldProc) {
+        if (m_hWnd && IsWindow(m_hWnd)) {
+            SetWindowLongPtrW(m_hWnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(m_pfnOldProc));
+            RemovePropA(m_hWnd, s_szProp);
+        }
+        Unbind(m_hWnd);
+        m_pfnOldProc = nullptr;
     }
-    m_pfnOldProc = nullptr;
-    if (m_pfnOldHeaderProc && m_hHeader && IsWindow(m_hHeader)) {
-        SetWindowLongPtrW(m_hHeader, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(m_pfnOldHeaderProc));
-        RemovePropA(m_hHeader, s_szProp);
+    if (m_pfnOldHeaderProc) {
+        if (m_hHeader && IsWindow(m_hHeader)) {
+            SetWindowLongPtrW(m_hHeader, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(m_pfnOldHeaderProc));
+            RemovePropA(m_hHeader, s_szProp);
+        }
+        Unbind(m_hHeader);
+        m_pfnOldHeaderProc = nullptr;
     }
-    m_pfnOldHeaderProc = nullptr;
 }
 
 LRESULT CALLBACK VTRBListView::SubclassProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam) {
-    auto* pThis = static_cast<VTRBListView*>(GetPropA(hWnd, s_szProp));
+    VTRBListView* pThis = BoundList(hWnd);
     if (!pThis)
         return DefWindowProcA(hWnd, uMsg, wParam, lParam);
     if (hWnd == pThis->m_hHeader)
@@ -374,16 +414,18 @@ void VTRBListView::OnGetDispInfo(NMHDR* pHdr, bool bWide) {
     }
 }
 
-void VTRBListView::ToggleOnStateIcon(NMITEMACTIVATE* pNM) {
+bool VTRBListView::ToggleOnStateIcon(NMITEMACTIVATE* pNM) {
     if (!m_bTreeMode || pNM->iItem < 0)
-        return;
+        return false;
     LVHITTESTINFO hit{};
     hit.pt = pNM->ptAction;
     SendMessageW(m_hWnd, LVM_SUBITEMHITTEST, 0, reinterpret_cast<LPARAM>(&hit));
     Row* pRow = GetRow(pNM->iItem);
-    if (hit.iItem == pNM->iItem && (hit.flags & LVHT_ONITEMSTATEICON) && pRow &&
-        (pRow->dwFlags & VTR_ROW_HASCHILDS))
-        ToggleExpandState(pNM->iItem);
+    if (hit.iItem != pNM->iItem || !(hit.flags & LVHT_ONITEMSTATEICON) || !pRow ||
+        !(pRow->dwFlags & VTR_ROW_HASCHILDS))
+        return false;
+    ToggleExpandState(pNM->iItem);
+    return true;
 }
 
 LRESULT VTRBListView::HandleNotify(WPARAM wParam, LPARAM lParam) {
@@ -452,9 +494,20 @@ LRESULT VTRBListView::HandleNotify(WPARAM wParam, LPARAM lParam) {
         break;
     case NM_CUSTOMDRAW: {
         auto* pCD = reinterpret_cast<NMLVCUSTOMDRAW*>(pHdr);
-        if (pCD->nmcd.dwDrawStage == CDDS_PREPAINT && m_bTreeMode && m_bTreeInfoDirty)
-            UpdateTreeInfo();
         result = CDRF_DODEFAULT;
+        if (!m_bTreeMode)
+            break;
+        // The tree lines go over the finished row: drawn earlier, the row's own painting would
+        // cover them.
+        if (pCD->nmcd.dwDrawStage == CDDS_PREPAINT) {
+            if (m_bTreeInfoDirty)
+                UpdateTreeInfo();
+            result = CDRF_NOTIFYITEMDRAW;
+        } else if (pCD->nmcd.dwDrawStage == CDDS_ITEMPREPAINT) {
+            result = CDRF_NOTIFYPOSTPAINT;
+        } else if (pCD->nmcd.dwDrawStage == CDDS_ITEMPOSTPAINT) {
+            DrawTreeLines(pCD->nmcd.hdc, static_cast<int>(pCD->nmcd.dwItemSpec));
+        }
         break;
     }
     case NM_CLICK: {
@@ -469,7 +522,8 @@ LRESULT VTRBListView::HandleNotify(WPARAM wParam, LPARAM lParam) {
     }
     case NM_DBLCLK: {
         auto* pNM = reinterpret_cast<NMITEMACTIVATE*>(pHdr);
-        OnDblClick(pNM->iItem);
+        if (!ToggleOnStateIcon(pNM))
+            OnDblClick(pNM->iItem);
         break;
     }
     case NM_RCLICK:
@@ -485,7 +539,9 @@ LRESULT VTRBListView::HandleNotify(WPARAM wParam, LPARAM lParam) {
         result = OnNotify(pHdr);
         break;
     }
-    HWND hParent = GetParent(m_hWnd);
+    // The dialog manager clears the field before each message, and writing it costs a server round
+    // trip under Wine for every notification, so only a result that is not 0 is written.
+    HWND hParent = result ? GetParent(m_hWnd) : nullptr;
     if (hParent)
         SetWindowLongPtrW(hParent, DWLP_MSGRESULT, result);
     return result;
@@ -509,7 +565,7 @@ void VTRBListView::RowDelete(int item, Row* pRow) {
     OnDeleteRow(item);
     if (pRow == m_pLastAddedRow)
         m_pLastAddedRow = nullptr;
-    free(pRow);
+    FreeRow(pRow);
     m_bTreeInfoDirty = true;
 }
 

@@ -19,6 +19,8 @@
 #include <cstdio>
 #include <memory>
 
+class VTRRowPool;
+
 class VTR_API VTRBListView : public VantrelBase {
 public:
     VTRBListView();
@@ -50,8 +52,8 @@ public:
     virtual void Reset();                                                              // 14
     virtual bool DefineStructure(unsigned int size, DynaArrayTpl<int, 0, 0>& offsets); // 15 false: stores
     virtual bool Resort(bool bKeepPosition);                                           // 16
-    virtual void OnSelChange(int item);                                                // 17
-    virtual void OnCheckChange(int item);                                              // 18
+    virtual void OnSelChange(int item);                                                // 17 default only
+    virtual void OnCheckChange(int item);                                              // 18 default only
     virtual bool OnIsSelChangeAllowed(NMLISTVIEW* pNM);                                // 19 default only
     virtual bool OnIsSelChangeAllowed();                                               // 20 default only
     virtual bool OnIsCheckChangeAllowed(NMLISTVIEW* pNM);                              // 21 default only
@@ -102,7 +104,7 @@ public:
     virtual void OnBeginDrag(NMLISTVIEW* pNM);                                                         // 64
     virtual void OnBeginRDrag(NMLISTVIEW* pNM);                                                        // 65
     virtual bool OnToolTip(int item, int col, POINT& pt, RECT& rc, char*& lpszText); // 66 default only
-    virtual bool OnDividerDblClick(NMHEADERA* pNM);                                  // 67 default only
+    virtual bool OnDividerDblClick(NMHEADERA* pNM);                                  // 67
     virtual int OnPrintGetMinColWidth(int col, int width);                           // 68 default only
     virtual unsigned long OnGetTZIndex(int item, int col);                           // 69
     virtual bool OnGetInvalidDateText(long value, int item, int col, char* buf);     // 70
@@ -323,6 +325,8 @@ protected:
     Col* GetCol(int col);
     Row* GetRow(int item);
     Row* AllocRow();
+    // Gives a block of AllocRow back; only RowDelete and a failed insert call it.
+    void FreeRow(Row* pRow);
     unsigned int GetRowSize() const;
     bool SetData(Row* pRow, int col, void* value);
     wchar_t const* GetDataText(Row* pRow, int item, int col, bool bNoPassword);
@@ -333,6 +337,8 @@ protected:
     int Compare(Row* a, Row* b, int level);
     // Recomputes each row's iLastChild when rows were added, deleted or moved since the last time.
     void UpdateTreeInfo();
+    // The connecting lines of a child row in the first column.
+    void DrawTreeLines(HDC hDC, int item);
 
     // Conversion buffers: a text result is valid until the next one is asked for.
     char m_szText[1024];
@@ -394,10 +400,15 @@ private:
                          unsigned long id, int col);
     void ReadCells(Row* pRow, int first, va_list args);
     int CompareCells(Row* a, Row* b, Col const& c, int col, bool& bFinal);
+    void BuildSortRanks(Row* const* rows, int count);
+    bool RankOf(int col, void const* text, int& rank) const;
     wchar_t const* Widen(char const* text, UINT cp);
     void OnGetDispInfo(NMHDR* pHdr, bool bWide);
-    void ToggleOnStateIcon(NMITEMACTIVATE* pNM);
+    // True when the point was on a tree row's open/close picture and the row was toggled.
+    bool ToggleOnStateIcon(NMITEMACTIVATE* pNM);
 
+    VTRRowPool* m_pRowPool;
+    struct SortRanks* m_pSortRanks; // only while Resort sorts
     WNDPROC m_pfnOldProc;
     WNDPROC m_pfnOldHeaderProc;
     HWND m_hHeader;

@@ -1,5 +1,6 @@
 // Rows: one Row block per list item, held in the item's lParam and freed at LVN_DELETEITEM.
 #include "listview/VTRBListView.h"
+#include "listview/VTRRowPool.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -11,10 +12,17 @@ unsigned int VTRBListView::GetRowSize() const {
 }
 
 Row* VTRBListView::AllocRow() {
-    Row* pRow = static_cast<Row*>(calloc(1, GetRowSize()));
+    if (!m_pRowPool)
+        m_pRowPool = new VTRRowPool;
+    Row* pRow = static_cast<Row*>(m_pRowPool->Alloc(GetRowSize()));
     if (pRow)
         pRow->iLastChild = -1;
     return pRow;
+}
+
+void VTRBListView::FreeRow(Row* pRow) {
+    if (m_pRowPool)
+        m_pRowPool->Free(pRow);
 }
 
 int VTRBListView::GetItemCount() {
@@ -132,7 +140,8 @@ void VTRBListView::ReadCells(Row* pRow, int first, va_list args) {
 
 bool VTRBListView::AddRow_VA(LPARAM lParam, int image, void* first, va_list args, unsigned long flags,
                              int pos) {
-    if (!m_hWnd || !m_pCols)
+    // A dead window answers every message with 0, which would read as "inserted at index 0".
+    if (!m_hWnd || !m_pCols || !IsWindow(m_hWnd))
         return false;
     Row* pRow = AllocRow();
     if (!pRow)
@@ -160,7 +169,7 @@ bool VTRBListView::AddRow_VA(LPARAM lParam, int image, void* first, va_list args
         static_cast<int>(SendMessageW(m_hWnd, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&lvi)));
     m_iLastAddedItem = item;
     if (item < 0) {
-        free(pRow);
+        FreeRow(pRow);
         return false;
     }
     m_pLastAddedRow = pRow;

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <cwchar>
 #include <cwctype>
 #include <vector>
 
@@ -50,6 +51,133 @@ int TrailingStop(char const* s) {
 }
 
 } // namespace
+
+// The ranks of a string key column's texts under the column's comparison, built once per sort of a
+// long list: the locale's case-insensitive comparison is slow, and a sort asks it many times for
+// the same few texts. Identical texts share a rank, so only the distinct texts meet that
+// comparison; equal rank means the comparison finds them equal.
+struct SortRanks {
+    struct Entry {
+        void const* text;
+        int rank;
+    };
+    // Open addressing by text pointer; a null text marks a free slot.
+    std::vector<Entry> cols[3];
+    size_t masks[3] = {0, 0, 0};
+    int colIndex[3] = {-1, -1, -1};
+
+    static size_t Hash(void const* p) {
+        return static_cast<size_t>((reinterpret_cast<uintptr_t>(p) >> 3) * 0x9E3779B97F4A7C15ull >> 20);
+    }
+};
+
+namespace {
+
+int const kRankMinRows = 64;
+
+bool IsRankedColumn(Col const& c) {
+    switch (c.eType) {
+    case VTDT_STRING:
+    case VTDT_LPSTR:
+        return !(c.dwColFlags & (VTR_COLF_NUMSTRING | VTR_COLF_TRAILNUMBER));
+    case VTDT_WSTRING:
+    case VTDT_LPWSTR:
+        return !(c.dwColFlags & VTR_COLF_NUMSTRING);
+    default:
+        return false;
+    }
+}
+
+int RawCompare(void const* a, void const* b, bool bWide) {
+    return bWide ? wcscmp(static_cast<wchar_t const*>(a), static_cast<wchar_t const*>(b))
+                 : strcmp(static_cast<char const*>(a), static_cast<char const*>(b));
+}
+
+int LocaleCompare(void const* a, void const* b, bool bWide) {
+    return bWide ? lstrcmpiW(static_cast<wchar_t const*>(a), static_cast<wchar_t const*>(b))
+                 : lstrcmpiA(static_cast<char const*>(a), static_cast<char const*>(b));
+}
+
+} // namespace
+
+void VTRBListView::BuildSortRanks(Row* const* rows, int count) {
+    delete m_pSortRanks;
+    m_pSortRanks = nullptr;
+    if (count < kRankMinRows || !m_pCols)
+        return;
+    int const keys[3] = {m_iSortCol, m_wSecondSortCol, m_wThirdSortCol};
+    SortRanks* pRanks = new SortRanks;
+    for (int k = 0; k < 3; ++k) {
+        int const col = keys[k];
+        if (col < 0 || col >= m_iColCnt || !IsRankedColumn(m_pCols[col]))
+            continue;
+        bool const bWide = m_pCols[col].eType == VTDT_WSTRING || m_pCols[col].eType == VTDT_LPWSTR;
+        std::vector<void const*> texts;
+        texts.reserve(static_cast<size_t>(count));
+        for (int i = 0; i < count; ++i)
+            if (rows[i] && rows[i]->cells[col].pValue)
+                texts.push_back(rows[i]->cells[col].pValue);
+        // Identical texts side by side; the first of each run stands for it.
+        std::sort(texts.begin(), texts.end(),
+                  [bWide](void const* a, void const* b) { return RawCompare(a, b, bWide) < 0; });
+        std::vector<void const*> distinct;
+        for (void const* t : texts)
+            if (distinct.empty() || RawCompare(distinct.back(), t, bWide) != 0)
+                distinct.push_back(t);
+        std::stable_sort(distinct.begin(), distinct.end(),
+                         [bWide](void const* a, void const* b) { return LocaleCompare(a, b, bWide) < 0; });
+        // Rank of each distinct text, then of every pointer through its identical representative.
+        std::vector<SortRanks::Entry> repRanks;
+        int rank = 0;
+        for (size_t i = 0; i < distinct.size(); ++i) {
+            if (i > 0 && LocaleCompare(distinct[i - 1], distinct[i], bWide) != 0)
+                ++rank;
+            repRanks.push_back(SortRanks::Entry{distinct[i], rank});
+        }
+        std::sort(repRanks.begin(), repRanks.end(),
+                  [bWide](SortRanks::Entry const& a, SortRanks::Entry const& b) {
+                      return RawCompare(a.text, b.text, bWide) < 0;
+                  });
+        size_t slots = 16;
+        while (slots < texts.size() * 2)
+            slots *= 2;
+        std::vector<SortRanks::Entry>& table = pRanks->cols[k];
+        table.assign(slots, SortRanks::Entry{nullptr, 0});
+        size_t const mask = slots - 1;
+        for (void const* t : texts) {
+            auto it = std::lower_bound(repRanks.begin(), repRanks.end(), t,
+                                       [bWide](SortRanks::Entry const& e, void const* v) {
+                                           return RawCompare(e.text, v, bWide) < 0;
+                                       });
+            size_t h = SortRanks::Hash(t) & mask;
+            while (table[h].text && table[h].text != t)
+                h = (h + 1) & mask;
+            table[h] = SortRanks::Entry{t, it->rank};
+        }
+        pRanks->masks[k] = mask;
+        pRanks->colIndex[k] = col;
+    }
+    m_pSortRanks = pRanks;
+}
+
+bool VTRBListView::RankOf(int col, void const* text, int& rank) const {
+    if (!m_pSortRanks)
+        return false;
+    for (int k = 0; k < 3; ++k) {
+        if (m_pSortRanks->colIndex[k] != col)
+            continue;
+        std::vector<SortRanks::Entry> const& table = m_pSortRanks->cols[k];
+        size_t const mask = m_pSortRanks->masks[k];
+        for (size_t h = SortRanks::Hash(text) & mask; table[h].text; h = (h + 1) & mask) {
+            if (table[h].text == text) {
+                rank = table[h].rank;
+                return true;
+            }
+        }
+        return false;
+    }
+    return false;
+}
 
 int VTRBListView::CompareCells(Row* a, Row* b, Col const& c, int col, bool& bFinal) {
     void* const va = a->cells[col].pValue;
@@ -94,6 +222,9 @@ int VTRBListView::CompareCells(Row* a, Row* b, Col const& c, int col, bool& bFin
             }
             return Sign(atoi(sa + ia + 1), atoi(sb + ib + 1));
         }
+        int ra = 0, rb = 0;
+        if (RankOf(col, sa, ra) && RankOf(col, sb, rb))
+            return Sign(ra, rb);
         return lstrcmpiA(sa, sb);
     }
     case VTDT_WSTRING:
@@ -111,6 +242,9 @@ int VTRBListView::CompareCells(Row* a, Row* b, Col const& c, int col, bool& bFin
                 return da < db ? -1 : 1;
             return lstrcmpiW(ea, eb);
         }
+        int ra = 0, rb = 0;
+        if (RankOf(col, sa, ra) && RankOf(col, sb, rb))
+            return Sign(ra, rb);
         return lstrcmpiW(sa, sb);
     }
     case VTDT_int:
@@ -373,24 +507,40 @@ bool VTRBListView::Resort(bool bKeepPosition) {
                 ItemState{reinterpret_cast<Row*>(lvi.lParam), lvi.iImage, lvi.iIndent, lvi.state & stateMask};
         }
         std::vector<ItemState> sorted(items);
+        std::vector<Row*> rows(static_cast<size_t>(count));
+        for (int i = 0; i < count; ++i)
+            rows[static_cast<size_t>(i)] = items[static_cast<size_t>(i)].pRow;
+        BuildSortRanks(rows.data(), count);
         LPARAM const self = reinterpret_cast<LPARAM>(this);
         std::stable_sort(sorted.begin(), sorted.end(), [self](ItemState const& x, ItemState const& y) {
             return CompareFunc(reinterpret_cast<LPARAM>(x.pRow), reinterpret_cast<LPARAM>(y.pRow), self) < 0;
         });
+        delete m_pSortRanks;
+        m_pSortRanks = nullptr;
         SendMessageW(m_hWnd, WM_SETREDRAW, FALSE, 0);
         for (int i = 0; i < count; ++i) {
             ItemState const& now = items[static_cast<size_t>(i)];
             ItemState const& want = sorted[static_cast<size_t>(i)];
             if (now.pRow == want.pRow)
                 continue;
+            // Only what differs is written: each field costs the control work and notifications.
             LVITEMW lvi{};
-            lvi.mask = LVIF_PARAM | LVIF_IMAGE | LVIF_INDENT | LVIF_STATE;
+            lvi.mask = LVIF_PARAM;
             lvi.iItem = i;
             lvi.lParam = reinterpret_cast<LPARAM>(want.pRow);
-            lvi.iImage = want.iImage;
-            lvi.iIndent = want.iIndent;
-            lvi.stateMask = stateMask;
-            lvi.state = want.state;
+            if (want.iImage != now.iImage) {
+                lvi.mask |= LVIF_IMAGE;
+                lvi.iImage = want.iImage;
+            }
+            if (want.iIndent != now.iIndent) {
+                lvi.mask |= LVIF_INDENT;
+                lvi.iIndent = want.iIndent;
+            }
+            if (want.state != now.state) {
+                lvi.mask |= LVIF_STATE;
+                lvi.stateMask = stateMask;
+                lvi.state = want.state;
+            }
             SendMessageW(m_hWnd, LVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&lvi));
         }
         SendMessageW(m_hWnd, WM_SETREDRAW, TRUE, 0);

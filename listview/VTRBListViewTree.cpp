@@ -180,3 +180,40 @@ void VTRBListView::SetTreeLinesColor(unsigned long clr) {
     if (m_hWnd && m_bTreeMode)
         InvalidateRect(m_hWnd, nullptr, TRUE);
 }
+
+void VTRBListView::DrawTreeLines(HDC hDC, int item) {
+    Row* pRow = GetRow(item);
+    if (!hDC || !pRow || !pRow->pParent)
+        return;
+    LVITEMW lvi{};
+    lvi.mask = LVIF_INDENT;
+    lvi.iItem = item;
+    SendMessageW(m_hWnd, LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&lvi));
+    int const indent = lvi.iIndent > 0 ? lvi.iIndent : 1;
+    RECT rc{};
+    rc.left = LVIR_BOUNDS;
+    if (!SendMessageW(m_hWnd, LVM_GETITEMRECT, item, reinterpret_cast<LPARAM>(&rc)))
+        return;
+    int x = rc.left - 8 + indent * 16;
+    int const mid = (rc.top + rc.bottom) / 2;
+    bool const bSmallImages = SendMessageW(m_hWnd, LVM_GETIMAGELIST, LVSIL_SMALL, 0) != 0;
+    HPEN hPen = CreatePen(PS_SOLID, 1, m_clrTreeLines);
+    HGDIOBJ hOld = SelectObject(hDC, hPen);
+    Row* pNode = pRow;
+    for (int level = 0; level < indent && pNode && pNode->pParent; ++level) {
+        int const last = pNode->pParent->iLastChild;
+        if (last >= item) {
+            MoveToEx(hDC, x, rc.top, nullptr);
+            LineTo(hDC, x, last == item ? mid : rc.bottom);
+        }
+        if (level == 0) {
+            int const len = (pRow->dwFlags & VTR_ROW_HASCHILDS) ? 8 : (bSmallImages ? 26 : 16);
+            MoveToEx(hDC, x, mid, nullptr);
+            LineTo(hDC, x + len, mid);
+        }
+        pNode = pNode->pParent;
+        x -= 16;
+    }
+    SelectObject(hDC, hOld);
+    DeleteObject(hPen);
+}

@@ -27,11 +27,31 @@ void* Word(uintptr_t value) {
     return reinterpret_cast<void*>(value);
 }
 
+// The argument list of one row: column count plus two slots. Lists of usual width live on the
+// stack, since a heap block per row costs more than the rest of adding it.
+class CellSlots {
+public:
+    explicit CellSlots(int iColCnt) {
+        size_t const n = static_cast<size_t>(iColCnt > 0 ? iColCnt : 0) + 2;
+        if (n > kLocal) {
+            m_pHeap.reset(new (std::nothrow) uintptr_t[n]);
+            m_pSlots = m_pHeap.get();
+        }
+    }
+    uintptr_t* get() { return m_pSlots; }
+
+private:
+    static size_t const kLocal = 64;
+    uintptr_t m_local[kLocal];
+    std::unique_ptr<uintptr_t[]> m_pHeap;
+    uintptr_t* m_pSlots = m_local;
+};
+
 } // namespace
 
 VTRBListViewStoreData::VTRBListViewStoreData()
     : m_pRowAlloc(nullptr), m_iFieldCnt(0), m_piOffsets(nullptr), m_iCheckBoxOffset(-1),
-      m_iStateImageOffset(-1), m_iDifferentOffset(-1), m_pFilterRow(nullptr) {}
+      m_iStateImageOffset(-1), m_iDifferentOffset(-1), m_uStructSize(0), m_pFilterRow(nullptr) {}
 
 VTRBListViewStoreData::~VTRBListViewStoreData() {
     // The rows go while this is still a store, so that each gives its block back.
@@ -45,6 +65,7 @@ void VTRBListViewStoreData::FreeStructure() {
     delete[] m_piOffsets;
     m_piOffsets = nullptr;
     m_iFieldCnt = 0;
+    m_uStructSize = 0;
     m_iCheckBoxOffset = -1;
     m_iStateImageOffset = -1;
     m_iDifferentOffset = -1;
@@ -63,7 +84,7 @@ void VTRBListViewStoreData::UnAssign() {
 }
 
 unsigned int VTRBListViewStoreData::GetBlockSize() const {
-    return m_pRowAlloc ? static_cast<unsigned int>(m_pRowAlloc->GetBlockSize()) : 0;
+    return m_uStructSize;
 }
 
 int VTRBListViewStoreData::GetUsedBlockCount() const {
@@ -89,6 +110,7 @@ bool VTRBListViewStoreData::DefineStructure(unsigned int uSize, DynaArrayTpl<int
     m_piOffsets = piOffsets;
     m_pRowAlloc = pAlloc;
     m_iFieldCnt = daOffsets.GetCount();
+    m_uStructSize = uSize;
     return true;
 }
 
@@ -230,7 +252,7 @@ void* VTRBListViewStoreData::OnDuplicateRowData(void const* pSrc) {
 
 void VTRBListViewStoreData::OnCopyRowData(void const* pSrc, void* pDst) {
     if (pSrc && pDst && pSrc != pDst && m_pRowAlloc)
-        memcpy(pDst, pSrc, static_cast<size_t>(m_pRowAlloc->GetBlockSize()));
+        memcpy(pDst, pSrc, m_uStructSize);
 }
 
 void VTRBListViewStoreData::OnDeleteRowData(void* pData) {
@@ -339,8 +361,8 @@ bool VTRBListViewStoreData::AddRowEx(LPARAM lParam, int iImage, void* pData, voi
         if (!pBlock)
             return false;
     }
-    std::unique_ptr<uintptr_t[]> slots(new (std::nothrow) uintptr_t[static_cast<size_t>(m_iColCnt) + 2]);
-    if (!slots) {
+    CellSlots slots(m_iColCnt);
+    if (!slots.get()) {
         if (pBlock)
             OnDeleteRowData(pBlock);
         return false;
@@ -351,7 +373,7 @@ bool VTRBListViewStoreData::AddRowEx(LPARAM lParam, int iImage, void* pData, voi
         dwFlags |= VTR_ROW_CHECKPTR;
     if (bSumRow)
         dwFlags |= VTR_ROW_SUM | VTR_ROW_BOLD;
-    if (!AddRow_VA(lParam, iImage, Word(slots[0]), reinterpret_cast<va_list>(slots.get() + 1), dwFlags,
+    if (!AddRow_VA(lParam, iImage, Word(slots.get()[0]), reinterpret_cast<va_list>(slots.get() + 1), dwFlags,
                    iPos)) {
         if (pBlock)
             OnDeleteRowData(pBlock);
@@ -382,7 +404,7 @@ bool VTRBListViewStoreData::AddRowEx(LPARAM lParam, int iImage, void* pData, voi
 }
 
 bool VTRBListViewStoreData::AddArray(DynaArray const& daRows, int iKeyOffset, bool bAppend) {
-    if (!m_pRowAlloc || !m_hWnd || daRows.GetElemSize() != m_pRowAlloc->GetBlockSize())
+    if (!m_pRowAlloc || !m_hWnd || static_cast<unsigned int>(daRows.GetElemSize()) != m_uStructSize)
         return false;
     SendMessageW(m_hWnd, WM_SETREDRAW, FALSE, 0);
     if (!bAppend)
@@ -399,7 +421,7 @@ bool VTRBListViewStoreData::AddArray(DynaArray const& daRows, int iKeyOffset, bo
 }
 
 bool VTRBListViewStoreData::GetArray(DynaArray& daRows, bool bAppend) {
-    if (!m_pRowAlloc || daRows.GetElemSize() != m_pRowAlloc->GetBlockSize())
+    if (!m_pRowAlloc || static_cast<unsigned int>(daRows.GetElemSize()) != m_uStructSize)
         return false;
     if (!bAppend)
         daRows.Clear();
@@ -418,8 +440,8 @@ bool VTRBListViewStoreData::UpdateCells(int iRow, LPARAM lParam, int iImage, voi
     Row* pRow = GetRow(iRow);
     if (!pRow)
         return false;
-    std::unique_ptr<uintptr_t[]> slots(new (std::nothrow) uintptr_t[static_cast<size_t>(m_iColCnt) + 2]);
-    if (!slots)
+    CellSlots slots(m_iColCnt);
+    if (!slots.get())
         return false;
     // The list reads a leading check box address only from rows that carry one.
     int const iSaved = m_iCheckBoxOffset;
@@ -427,7 +449,8 @@ bool VTRBListViewStoreData::UpdateCells(int iRow, LPARAM lParam, int iImage, voi
         m_iCheckBoxOffset = -1;
     FillCellSlots(pBlock, slots.get());
     m_iCheckBoxOffset = iSaved;
-    return UpdateRow_VA(iRow, lParam, iImage, Word(slots[0]), reinterpret_cast<va_list>(slots.get() + 1));
+    return UpdateRow_VA(iRow, lParam, iImage, Word(slots.get()[0]),
+                        reinterpret_cast<va_list>(slots.get() + 1));
 }
 
 bool VTRBListViewStoreData::UpdateRow(int iRow, LPARAM lParam, int iImage, void* pData, bool bResort) {
@@ -466,9 +489,10 @@ void* VTRBListViewStoreData::GetCurSelRowData(int* piRow) {
     int iRow = -1;
     if (!GetCurSel(lParam, iRow))
         return nullptr;
-    void* pData = nullptr;
-    if (GetRowData(iRow, pData) && piRow)
+    if (piRow)
         *piRow = iRow;
+    void* pData = nullptr;
+    GetRowData(iRow, pData);
     return pData;
 }
 
@@ -477,9 +501,10 @@ void* VTRBListViewStoreData::GetCurFocusSelRowData(int* piRow) {
     int iRow = -1;
     if (!GetCurFocusSel(lParam, iRow))
         return nullptr;
-    void* pData = nullptr;
-    if (GetRowData(iRow, pData) && piRow)
+    if (piRow)
         *piRow = iRow;
+    void* pData = nullptr;
+    GetRowData(iRow, pData);
     return pData;
 }
 

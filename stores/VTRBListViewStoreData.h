@@ -200,7 +200,8 @@ protected:
     int m_iDifferentOffset;
 
 private:
-    Row* m_pFilterRow; // scratch row for IsFilterMatch
+    unsigned int m_uStructSize; // as defined; the allocator's blocks may be rounded up
+    Row* m_pFilterRow;          // scratch row for IsFilterMatch
 };
 
 // The store with a block of one pointer: each row's block holds the pointer-sized value that the

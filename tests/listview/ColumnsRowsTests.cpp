@@ -260,3 +260,65 @@ TEST(ListRows, BadArgumentsFailWithoutHarm) {
     EXPECT_FALSE(h.list.ExpandItem(0)) << "not in tree mode";
     EXPECT_EQ(1, h.list.GetItemCount());
 }
+
+TEST(ListRows, CheckRowSortSingleSelectionAndNarrowTextRequests) {
+    ListHost<> h(LVS_REPORT | LVS_SINGLESEL);
+    ASSERT_TRUE(h.list.DefineCols("Chk", 0, nullptr, 30, 0, VTDT_CHECKROW, "Name", 1, nullptr, 60, 0,
+                                  VTDT_STRING, kEnd));
+    bool yes = true, no = false;
+    char const* x = "ignored";
+    ASSERT_TRUE(h.list.AddRowEx(1, 0, &yes, const_cast<char*>(x), W(1), "one"));
+    ASSERT_TRUE(h.list.AddRowEx(2, 0, &no, const_cast<char*>(x), W(1), "two"));
+    ASSERT_TRUE(h.list.AddRowEx(3, 0, nullptr, const_cast<char*>(x), W(1), "three"));
+    EXPECT_EQ(nullptr, h.list.Get(0)->cells[0].pValue) << "a check row column stores nothing";
+    EXPECT_EQ("", h.TextA(0, 0));
+    ASSERT_TRUE(h.list.SetSortMode(0, false));
+    EXPECT_EQ((std::vector<LPARAM>{3, 2, 1}), h.Order()) << "no check pointer, unchecked, checked";
+
+    ASSERT_TRUE(h.list.DeleteRow(0, true));
+    EXPECT_EQ(static_cast<UINT>(LVIS_SELECTED | LVIS_FOCUSED),
+              ListView_GetItemState(h.hList, 0, LVIS_SELECTED | LVIS_FOCUSED))
+        << "single selection moves the focus too";
+
+    char buf[16] = "?";
+    NMLVDISPINFOA info{};
+    info.hdr.hwndFrom = h.hList;
+    info.hdr.idFrom = 1012;
+    info.hdr.code = LVN_GETDISPINFOA;
+    info.item.mask = LVIF_TEXT;
+    info.item.iItem = 1;
+    info.item.iSubItem = 1;
+    info.item.pszText = buf;
+    info.item.cchTextMax = 16;
+    SendMessageW(h.dlg.hwnd(), WM_NOTIFY, 1012, (LPARAM)&info);
+    EXPECT_STREQ("one", buf);
+}
+
+TEST(ListRows, WindowDestroyedFirstFreesRowsAndTheListCanBindAgain) {
+    ListHost<> h;
+    ASSERT_TRUE(
+        h.list.DefineCols("A", 1, nullptr, 40, 0, VTDT_STRING, "B", 2, nullptr, 40, 0, VTDT_int, kEnd));
+    for (int i = 0; i < 5; ++i)
+        ASSERT_TRUE(h.list.AddRow(i, 0, const_cast<char*>("r"), i));
+    DestroyWindow(h.hList);
+    EXPECT_EQ(5, h.list.iRowsFreed) << "the dying control reports every row";
+    EXPECT_EQ(0, h.list.GetItemCount());
+    EXPECT_FALSE(h.list.AddRow(9, 0, const_cast<char*>("r"), 9));
+    h.list.UnAssign();
+
+    // A fresh control: definitions start over, and column widths follow the rules.
+    h.hList = h.dlg.AddControl(WC_LISTVIEWW, LVS_REPORT, 1013, 0, 0, 400, 300);
+    h.list.Assign(h.hList);
+    ASSERT_TRUE(
+        h.list.DefineCols("Short", 1, nullptr, 50, 0, VTDT_STRING, "N", 2, nullptr, 50, 0, VTDT_int, kEnd));
+    ASSERT_TRUE(h.list.AddRow(1, 0, const_cast<char*>("a much longer text than the title"), 7));
+    EXPECT_EQ("7", h.TextA(0, 1)) << "the new control is served";
+    ASSERT_TRUE(h.list.SetColmnWidth());
+    int const wide = static_cast<int>(
+        SendMessageW(h.hList, LVM_GETSTRINGWIDTHW, 0, (LPARAM)L"a much longer text than the title"));
+    EXPECT_EQ(wide + 12, h.list.GetColumnWidth(0));
+    h.list.SetColumnWidth(1, 33);
+    EXPECT_EQ(33, h.list.GetColumnWidth(1));
+    EXPECT_TRUE(h.list.EnsureColVisible(1));
+    EXPECT_FALSE(h.list.EnsureColVisible(2));
+}

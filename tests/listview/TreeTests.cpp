@@ -126,6 +126,31 @@ TEST(ListTree, ExpandCollapseKeepChildrenUnderParentsInEverySort) {
     EXPECT_EQ(5, h.list.GetItemCount());
     ASSERT_TRUE(h.list.ToggleExpandState(0));
     EXPECT_EQ(3, h.list.GetItemCount());
+
+    // A click on the open/close picture toggles; elsewhere on the row it does not.
+    RECT rc{};
+    rc.left = LVIR_BOUNDS;
+    ASSERT_TRUE(SendMessageW(h.hList, LVM_GETITEMRECT, 0, (LPARAM)&rc));
+    NMITEMACTIVATE click{};
+    click.hdr.hwndFrom = h.hList;
+    click.hdr.idFrom = 1012;
+    click.hdr.code = NM_CLICK;
+    click.iItem = 0;
+    click.ptAction = POINT{rc.left + 8, (rc.top + rc.bottom) / 2};
+    LVHITTESTINFO hit{};
+    hit.pt = click.ptAction;
+    SendMessageW(h.hList, LVM_SUBITEMHITTEST, 0, (LPARAM)&hit);
+    ASSERT_TRUE(hit.flags & LVHT_ONITEMSTATEICON) << "flags " << hit.flags;
+    SendMessageW(h.dlg.hwnd(), WM_NOTIFY, 1012, (LPARAM)&click);
+    EXPECT_TRUE(h.list.IsExpanded(0));
+    EXPECT_EQ(5, h.list.GetItemCount());
+    click.hdr.code = NM_DBLCLK;
+    SendMessageW(h.dlg.hwnd(), WM_NOTIFY, 1012, (LPARAM)&click);
+    EXPECT_FALSE(h.list.IsExpanded(0));
+    click.hdr.code = NM_CLICK;
+    click.ptAction.x = rc.left + 60;
+    SendMessageW(h.dlg.hwnd(), WM_NOTIFY, 1012, (LPARAM)&click);
+    EXPECT_FALSE(h.list.IsExpanded(0));
 }
 
 TEST(ListTree, StatesKeysAndLeavingTreeMode) {
@@ -181,4 +206,56 @@ TEST(ListTree, StatesKeysAndLeavingTreeMode) {
     EXPECT_EQ(nullptr, h.list.GetParentLVITEMHANDLE(3));
     EXPECT_FALSE(h.list.RemoveAllChilds(3)) << "outside tree mode";
     EXPECT_EQ(nullptr, h.list.GetParentLVITEMHANDLE(-1));
+}
+
+TEST(ListTree, LinesJoinChildrenToTheirParent) {
+    ListHost<TreeList> h;
+    ASSERT_TRUE(
+        h.list.DefineCols("Name", 0, nullptr, 120, 0, VTDT_STRING, "N", 1, nullptr, 40, 0, VTDT_int, kEnd));
+    ASSERT_TRUE(h.list.SetTreeMode(true, false));
+    ASSERT_TRUE(h.list.AddChild(nullptr, 1, "a", 1, true));
+    ASSERT_TRUE(h.list.AddChild(nullptr, 2, "b", 2));
+    ASSERT_TRUE(h.list.SetSortMode(0, false));
+    ASSERT_TRUE(h.list.ExpandItem(0)); // a, a-1 (open-able), a-2, b
+    ASSERT_EQ(4, h.list.GetItemCount());
+    h.list.SetTreeLinesColor(RGB(255, 0, 0));
+
+    RECT rcClient{};
+    GetClientRect(h.hList, &rcClient);
+    BITMAPINFO bmi{};
+    bmi.bmiHeader.biSize = sizeof(bmi.bmiHeader);
+    bmi.bmiHeader.biWidth = rcClient.right;
+    bmi.bmiHeader.biHeight = -rcClient.bottom;
+    bmi.bmiHeader.biPlanes = 1;
+    bmi.bmiHeader.biBitCount = 32;
+    void* bits = nullptr;
+    HDC hdc = CreateCompatibleDC(nullptr);
+    HBITMAP hBmp = CreateDIBSection(hdc, &bmi, DIB_RGB_COLORS, &bits, nullptr, 0);
+    HGDIOBJ hOld = SelectObject(hdc, hBmp);
+    ASSERT_TRUE(PrintWindow(h.hList, hdc, PW_CLIENTONLY));
+    auto red = [&](int x, int y) {
+        DWORD const px = static_cast<DWORD const*>(bits)[y * rcClient.right + x];
+        return (px & 0xFFFFFF) == 0xFF0000;
+    };
+    auto rowRect = [&](int item) {
+        RECT rc{};
+        rc.left = LVIR_BOUNDS;
+        SendMessageW(h.hList, LVM_GETITEMRECT, item, (LPARAM)&rc);
+        return rc;
+    };
+    RECT const r1 = rowRect(1), r2 = rowRect(2), r0 = rowRect(0), r3 = rowRect(3);
+    int const x = r1.left + 8;
+    int const mid1 = (r1.top + r1.bottom) / 2, mid2 = (r2.top + r2.bottom) / 2;
+    EXPECT_TRUE(red(x, r1.top + 1)) << "a middle child's line runs through its row";
+    EXPECT_TRUE(red(x, r1.bottom - 1));
+    EXPECT_TRUE(red(x + 4, mid1)) << "and branches off to the right";
+    EXPECT_FALSE(red(x + 12, mid1)) << "8 pixels for a row that can open";
+    EXPECT_TRUE(red(x + 12, mid2)) << "16 for a leaf";
+    EXPECT_TRUE(red(x, r2.top + 1));
+    EXPECT_FALSE(red(x, r2.bottom - 1)) << "the last child's line ends at its middle";
+    EXPECT_FALSE(red(x, (r0.top + r0.bottom) / 2)) << "no line on a top row";
+    EXPECT_FALSE(red(x, (r3.top + r3.bottom) / 2));
+    SelectObject(hdc, hOld);
+    DeleteObject(hBmp);
+    DeleteDC(hdc);
 }
