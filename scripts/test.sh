@@ -12,6 +12,9 @@ fi
 cd "$VTR_BUILD_DIR"
 # Create the Wine prefix once, outside the timed tests.
 "$root/scripts/wine-run.sh" cmd /c exit 0 >/dev/null 2>&1 || true
+# A wineserver left from that start has its desktop without a display, and every window the tests
+# create would then fail; wait until it has gone so that the tests' wineserver starts under Xvfb.
+"$root/scripts/wine-run.sh" --wait-idle
 rm -rf test-results; mkdir -p test-results
 status=0
 xvfb-run -a -s "-screen 0 1280x1024x24" ctest --output-on-failure -j"$(nproc)" "$@" || status=$?

@@ -17,4 +17,9 @@ if [ ! -f "$WINEPREFIX/system.reg" ]; then
   # Serialise the first start: two tests racing to create one prefix corrupt it.
   ( flock 9; [ -f "$WINEPREFIX/system.reg" ] || "$wine" wineboot -i >/dev/null 2>&1 || true ) 9>"$WINEPREFIX.lock"
 fi
+if [ "${1:-}" = "--wait-idle" ]; then
+  server=/usr/lib/wine/wineserver64
+  [ -x "$server" ] || server=$(command -v wineserver)
+  exec "$server" -w
+fi
 exec "$wine" "$@"
