@@ -1,148 +1,160 @@
 // Sample client module: a main dialog showing what the library does.
 //
 //   vantrel_demo.exe                       opens the dialog for a user
-//   vantrel_demo.exe --screenshot out.png  renders the dialog, writes a PNG of it and exits
+//   vantrel_demo.exe --screenshot out.png  goes through the pages, writes a PNG of each and exits
+//                                          (out.png, out-large.png, out-texts.png)
 #include "DemoIds.h"
+#include "LargeList.h"
 #include "Screenshot.h"
-
-#include "frame/VTRStringIds.h"
-#include "frame/VTRStringTable.h"
-#include "frame/VantrelBase.h"
+#include "TextsPage.h"
+#include "TicketList.h"
 
 #include "Norvane.h"
 
 #include <commctrl.h>
 #include <objbase.h>
 
+#include <cstdarg>
+#include <cstdio>
 #include <string>
-#include <vector>
 
 namespace {
 
-struct DemoRow {
-    std::wstring example;
-    std::wstring result;
+TicketList g_tickets;
+LargeTicketList g_large;
+unsigned int const kLargeCount = 1000000;
+
+enum Page { PAGE_TICKETS, PAGE_LARGE, PAGE_TEXTS, PAGE_COUNT };
+
+int const kPageControls[PAGE_COUNT][4] = {
+    {IDC_DEMO_TICKETS, IDC_DEMO_EXPORT, IDC_DEMO_IMPORT, 0},
+    {IDC_DEMO_LARGE, IDC_DEMO_EXPORT_LARGE, 0, 0},
+    {IDC_DEMO_LIST, 0, 0, 0},
+};
+wchar_t const* const kPageHints[PAGE_COUNT] = {
+    L"Click a title to sort, Ctrl+click for a further key; + and - open and close a performance.",
+    L"A million rows kept by the client module; the list asks only for the cells it shows.",
+    L"",
 };
 
-std::wstring Widen(char const* text) {
-    wchar_t* w = NVMakeUNICODEWindowText(text, -1, 0);
-    std::wstring s = w ? w : L"";
-    NVFreeUNICODEWindowText(w);
-    return s;
+void SetStatus(HWND hDlg, wchar_t const* lpszFormat, ...) {
+    wchar_t text[600];
+    va_list args;
+    va_start(args, lpszFormat);
+    _vsnwprintf(text, 599, lpszFormat, args);
+    va_end(args);
+    text[599] = 0;
+    SetDlgItemTextW(hDlg, IDC_DEMO_STATUS, text);
 }
 
-std::vector<DemoRow> BuildRows() {
-    std::vector<DemoRow> rows;
-    wchar_t buf[512];
-
-    // One call, two languages: the German text puts its placeholders the other way round.
-    wchar_t const* english = L"\u00a71!d! tickets sold for \u00a72";
-    wchar_t const* german = L"F\u00fcr \u00a72 wurden \u00a71!d! Karten verkauft";
-    SNPrintf(buf, 512, english, 42, L"Hamlet");
-    rows.push_back({L"Message, English order", buf});
-    SNPrintf(buf, 512, german, 42, L"Hamlet");
-    rows.push_back({L"Message, German order", buf});
-    SNPrintf(buf, 512, L"Seat %-4s row %02d, %.2f EUR", L"12A", 7, 39.5);
-    rows.push_back({L"printf codes", buf});
-
-    unsigned short const langs[] = {1033, 1031, 1045};
-    wchar_t const* names[] = {L"English", L"German", L"Polish"};
-    for (int i = 0; i < 3; ++i) {
-        SNPrintf(buf, 512, GSRCW(NV_IDS_FIELD_EMPTY, langs[i]), L"Name");
-        rows.push_back({std::wstring(L"Empty field check, ") + names[i], buf});
-    }
-    for (int i = 0; i < 3; ++i) {
-        SNPrintf(buf, 512, GSRCW(NV_IDS_OUT_OF_RANGE, langs[i]), L"1", L"99");
-        rows.push_back({std::wstring(L"Range check, ") + names[i], buf});
-    }
-
-    // Numbers, dates and the library's own texts as each language writes them.
-    long const tShow = 1795441500; // 23.11.2026 13:45 in Central Europe
-    for (int i = 0; i < 3; ++i) {
-        NVSetCurrentLangID(langs[i]);
-        char num[100], date[100];
-        FormatNumber(-1234567.891, NVGetNumberFormatString(NVNF_DEFAULT, 0, false), num, sizeof num);
-        FormatDateTime(tShow, NVGetDateTimeFormatString(NVDT_DATE_WEEKDAY, 0), NVGetDateTimeFormatString(NVDT_TIME, 0),
-                       date, sizeof date, 0);
-        std::wstring texts = std::wstring(VTRStringTable::GetTextW(IDS_VTR_YES)) + L" / " +
-                             VTRStringTable::GetTextW(IDS_VTR_NO) + L" / " + VTRStringTable::GetTextW(IDS_VTR_DIFFERENT);
-        rows.push_back({std::wstring(L"Amount, ") + names[i], Widen(num)});
-        rows.push_back({std::wstring(L"Date and time, ") + names[i], Widen(date)});
-        rows.push_back({std::wstring(L"Library texts, ") + names[i], texts});
-    }
-    NVSetCurrentLangID(0);
-
-    char text[256] = "  Parkett, Reihe 7  ";
-    StrTrim(text);
-    rows.push_back({L"StrTrim", L"[" + Widen(text) + L"]"});
-    char label[64] = "&Save && close";
-    DelChar(label, '&');
-    rows.push_back({L"DelChar of '&'", Widen(label)});
-
-    DynaArrayTpl<int> prices;
-    int const values[] = {45, 12, 30, 12, 99};
-    for (int v : values)
-        prices.Add(v);
-    prices.Sort([](void const* a, void const* b) {
-        return *static_cast<int const*>(a) - *static_cast<int const*>(b);
-    });
-    std::wstring sorted;
-    for (int i = 0; i < prices.GetCount(); ++i)
-        sorted += (i ? L", " : L"") + std::to_wstring(*prices.Get(i));
-    rows.push_back({L"DynaArray sorted", sorted});
-
-    wchar_t module[MAX_PATH] = L"";
-    GetModuleFileNameW(VTRGetInstance(), module, MAX_PATH);
-    rows.push_back({L"Controls library", module});
-
-    try {
-        Throw(0,
-              "Line \xA7"
-              "1!d!: '\xA7"
-              "2' is not a number",
-              17, "12x");
-    } catch (NVThrowData const& e) {
-        rows.push_back({L"Throw and catch", Widen(e.GetText())});
-    }
-    return rows;
+void ShowPage(HWND hDlg, int page) {
+    for (int p = 0; p < PAGE_COUNT; ++p)
+        for (int id : kPageControls[p])
+            if (id)
+                ShowWindow(GetDlgItem(hDlg, id), p == page ? SW_SHOW : SW_HIDE);
+    SetDlgItemTextW(hDlg, IDC_DEMO_HINT, kPageHints[page]);
+    ShowWindow(GetDlgItem(hDlg, IDC_DEMO_HINT), *kPageHints[page] ? SW_SHOW : SW_HIDE);
+    TabCtrl_SetCurSel(GetDlgItem(hDlg, IDC_DEMO_TAB), page);
 }
 
-void FillList(HWND hList) {
-    SendMessageW(hList, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES);
-    LVCOLUMNW col{};
-    col.mask = LVCF_TEXT | LVCF_WIDTH;
-    col.cx = 190;
-    col.pszText = const_cast<wchar_t*>(L"Example");
-    SendMessageW(hList, LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&col));
-    col.cx = 420;
-    col.pszText = const_cast<wchar_t*>(L"Result");
-    SendMessageW(hList, LVM_INSERTCOLUMNW, 1, reinterpret_cast<LPARAM>(&col));
-    int row = 0;
-    for (DemoRow const& r : BuildRows()) {
-        LVITEMW item{};
-        item.mask = LVIF_TEXT;
-        item.iItem = row;
-        item.pszText = const_cast<wchar_t*>(r.example.c_str());
-        SendMessageW(hList, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
-        item.iSubItem = 1;
-        item.pszText = const_cast<wchar_t*>(r.result.c_str());
-        SendMessageW(hList, LVM_SETITEMTEXTW, row, reinterpret_cast<LPARAM>(&item));
-        ++row;
-    }
+void AddTab(HWND hTab, int page, wchar_t const* lpszText) {
+    TCITEMW item{};
+    item.mask = TCIF_TEXT;
+    item.pszText = const_cast<wchar_t*>(lpszText);
+    SendMessageW(hTab, TCM_INSERTITEMW, page, reinterpret_cast<LPARAM>(&item));
 }
 
-INT_PTR CALLBACK MainDlgProc(HWND hDlg, UINT uMsg, WPARAM wParam, LPARAM) {
+double FileMegabytes(char const* lpszPath) {
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    if (!GetFileAttributesExA(lpszPath, GetFileExInfoStandard, &data))
+        return 0;
+    return (static_cast<double>(data.nFileSizeHigh) * 4294967296.0 + data.nFileSizeLow) / 1e6;
+}
+
+void ExportList(HWND hDlg, VTRBListView& list, char const* lpszName) {
+    char path[MAX_PATH];
+    StrNZCpy(path, lpszName, sizeof path);
+    if (!BrowseWriteFile(hDlg, "Export CSV", path, "CSV files (*.csv)|*.csv", true, "csv", sizeof path))
+        return;
+    StdWaitCursor wait;
+    DWORD const start = GetTickCount();
+    if (!list.ExportCSV(path, ';', false, true)) {
+        SetStatus(hDlg, L"Export to %hs failed.", path);
+        return;
+    }
+    double const seconds = (GetTickCount() - start) / 1000.0;
+    SetStatus(hDlg, L"Exported %d rows to %hs: %.1f MB in %.2f s.", list.GetItemCount(), path,
+              FileMegabytes(path), seconds);
+}
+
+void ImportTickets(HWND hDlg) {
+    char path[MAX_PATH] = "";
+    if (!BrowseReadFile(hDlg, "Import CSV", path, "CSV files (*.csv)|*.csv", "csv", true, sizeof path))
+        return;
+    int const before = g_tickets.GetTicketCount();
+    // The file's first line holds the titles; its columns are the list's, in the list's order.
+    if (!g_tickets.ImportCSV(path, ';', 1, false, false, nullptr)) {
+        SetStatus(hDlg, L"Nothing imported from %hs.", path);
+        return;
+    }
+    g_tickets.Resort(true);
+    SetStatus(hDlg, L"Imported %d tickets from %hs.", g_tickets.GetTicketCount() - before, path);
+}
+
+INT_PTR CALLBACK MainDlgProc(HWND hDlg, UINT uMsg, WPARAM wParam, LPARAM lParam) {
     switch (uMsg) {
-    case WM_INITDIALOG:
-        FillList(GetDlgItem(hDlg, IDC_DEMO_LIST));
+    case WM_INITDIALOG: {
+        HWND hTab = GetDlgItem(hDlg, IDC_DEMO_TAB);
+        AddTab(hTab, PAGE_TICKETS, L"Tickets");
+        AddTab(hTab, PAGE_LARGE, L"1,000,000 tickets");
+        AddTab(hTab, PAGE_TEXTS, L"Texts");
+        FillTextsList(GetDlgItem(hDlg, IDC_DEMO_LIST));
+        g_tickets.Create(GetDlgItem(hDlg, IDC_DEMO_TICKETS));
+        g_large.Create(GetDlgItem(hDlg, IDC_DEMO_LARGE), kLargeCount);
+        ShowPage(hDlg, PAGE_TICKETS);
+        SetStatus(hDlg, L"%d performances with %d tickets open; %u tickets in the large list.",
+                  g_tickets.GetGroupCount(), g_tickets.GetTicketCount(), g_large.GetCount());
         return TRUE;
+    }
+    case WM_NOTIFY: {
+        auto* pHdr = reinterpret_cast<NMHDR*>(lParam);
+        VTRBListView* pList = nullptr;
+        if (pHdr->idFrom == IDC_DEMO_TAB && pHdr->code == TCN_SELCHANGE) {
+            ShowPage(hDlg, TabCtrl_GetCurSel(pHdr->hwndFrom));
+            return TRUE;
+        }
+        if (pHdr->idFrom == IDC_DEMO_TICKETS)
+            pList = &g_tickets;
+        else if (pHdr->idFrom == IDC_DEMO_LARGE)
+            pList = &g_large;
+        if (!pList)
+            break;
+        SetWindowLongPtrW(hDlg, DWLP_MSGRESULT, pList->HandleNotify(wParam, lParam));
+        if (pList == &g_large && pHdr->code == LVN_COLUMNCLICK)
+            SetStatus(hDlg, L"%u rows sorted by three keys in %lu ms.", g_large.GetCount(),
+                      g_large.GetLastSortMs());
+        return TRUE;
+    }
     case WM_COMMAND:
-        if (LOWORD(wParam) == IDCANCEL || LOWORD(wParam) == IDOK) {
+        switch (LOWORD(wParam)) {
+        case IDC_DEMO_EXPORT:
+            ExportList(hDlg, g_tickets, "tickets.csv");
+            return TRUE;
+        case IDC_DEMO_EXPORT_LARGE:
+            ExportList(hDlg, g_large, "all-tickets.csv");
+            return TRUE;
+        case IDC_DEMO_IMPORT:
+            ImportTickets(hDlg);
+            return TRUE;
+        case IDOK:
+        case IDCANCEL:
             DestroyWindow(hDlg);
             return TRUE;
         }
         break;
     case WM_DESTROY:
+        g_tickets.UnAssign();
+        g_large.UnAssign();
         PostQuitMessage(0);
         return TRUE;
     }
@@ -159,6 +171,93 @@ void PumpFor(DWORD ms) {
         }
         Sleep(10);
     }
+}
+
+// ---------------------------------------------------------------- the screenshot tour
+
+// The file dialogs of the tour answer with these paths instead of asking.
+struct TourFiles {
+    char szImport[MAX_PATH];
+    char szExportDir[MAX_PATH];
+};
+
+bool CALLBACK TourFileDialog(void* pContext, HWND, bool bSave, char const*, char const*, char const*,
+                             char* lpszPath, unsigned int uSize) {
+    auto* pFiles = static_cast<TourFiles*>(pContext);
+    char path[MAX_PATH];
+    if (bSave)
+        snprintf(path, sizeof path, "%s%s", pFiles->szExportDir, lpszPath);
+    else
+        StrNZCpy(path, pFiles->szImport, sizeof path);
+    StrNZCpy(lpszPath, path, uSize);
+    return true;
+}
+
+// Three walk-in sales from the box office, in the list's columns and the language's formats.
+bool WriteBoxOfficeFile(char const* lpszPath) {
+    FILE* fp = fopen(lpszPath, "wb");
+    if (!fp)
+        return false;
+    fputs("Performance;Seat;Show;Price;Ticket;Customer\r\n", fp);
+    struct Sale {
+        char const* lpszEvent;
+        char const* lpszSeat;
+        long tShow;
+        double dPrice;
+        unsigned long ulNo;
+    } const sales[] = {
+        {"Hamlet", "H3", 1795458600, 19.95, 900001},
+        {"Hamlet", "H4", 1795458600, 19.95, 900002},
+        {"Carmen", "A1", 1795458600 + 4 * 86400, 89.0, 900003},
+    };
+    for (Sale const& sale : sales) {
+        char date[64], price[64];
+        FormatDateTime(sale.tShow, nullptr, nullptr, date, sizeof date, 0);
+        FormatNumber(sale.dPrice, NVGetNumberFormatString(NVNF_EDIT, 0, false), price, sizeof price);
+        fprintf(fp, "%s;%s;%s;%s;%lu;Box office\r\n", sale.lpszEvent, sale.lpszSeat, date, price, sale.ulNo);
+    }
+    return fclose(fp) == 0;
+}
+
+std::wstring ShotName(wchar_t const* lpszPath, wchar_t const* lpszSuffix) {
+    std::wstring path = lpszPath;
+    size_t const dot = path.rfind(L'.');
+    if (dot == std::wstring::npos)
+        return path + lpszSuffix;
+    return path.substr(0, dot) + lpszSuffix + path.substr(dot);
+}
+
+// Drives the pages as a user would, through the dialog's own buttons, and photographs each page:
+// FILE.png (tickets), FILE-large.png and FILE-texts.png.
+bool RunScreenshotTour(HWND hDlg, wchar_t const* lpszPng) {
+    TourFiles files{};
+    GetTempPathA(sizeof files.szExportDir, files.szExportDir);
+    snprintf(files.szImport, sizeof files.szImport, "%svantrel-box-office.csv", files.szExportDir);
+    bool bOk = WriteBoxOfficeFile(files.szImport);
+    NVSetFileDialogSink(TourFileDialog, &files);
+
+    SendMessageW(hDlg, WM_COMMAND, IDC_DEMO_IMPORT, 0);
+    PumpFor(600);
+    bOk = SaveWindowScreenshot(hDlg, lpszPng) && bOk;
+
+    ShowPage(hDlg, PAGE_LARGE);
+    g_large.SetSecondSortCols(3, 0);
+    g_large.SetSortMode(4, true);
+    unsigned long const ulSortMs = g_large.GetLastSortMs();
+    SendMessageW(hDlg, WM_COMMAND, IDC_DEMO_EXPORT_LARGE, 0);
+    wchar_t exported[600] = L"";
+    GetDlgItemTextW(hDlg, IDC_DEMO_STATUS, exported, 600);
+    SetStatus(hDlg, L"Sorted by price, show and ticket in %lu ms. %ls", ulSortMs, exported);
+    PumpFor(600);
+    bOk = SaveWindowScreenshot(hDlg, ShotName(lpszPng, L"-large").c_str()) && bOk;
+
+    ShowPage(hDlg, PAGE_TEXTS);
+    SetStatus(hDlg, L"");
+    PumpFor(600);
+    bOk = SaveWindowScreenshot(hDlg, ShotName(lpszPng, L"-texts").c_str()) && bOk;
+
+    NVSetFileDialogSink(nullptr, nullptr);
+    return bOk;
 }
 
 } // namespace
@@ -184,7 +283,7 @@ int WINAPI wWinMain(HINSTANCE hInstance, HINSTANCE, PWSTR, int nShow) {
         SetWindowPos(hDlg, HWND_TOP, 0, 0, 0, 0, SWP_NOSIZE | SWP_SHOWWINDOW);
         UpdateWindow(hDlg);
         PumpFor(800);
-        rc = SaveWindowScreenshot(hDlg, screenshot) ? 0 : 2;
+        rc = RunScreenshotTour(hDlg, screenshot) ? 0 : 2;
         DestroyWindow(hDlg);
     } else {
         ShowWindow(hDlg, nShow);

@@ -12,5 +12,10 @@ if [ -n "${DISPLAY:-}" ] && [ -z "${CI:-}" ] && [ "${1:-}" != "--screenshot" ]; 
 fi
 out=${2:-$VTR_BUILD_DIR/demo.png}
 xvfb-run -a -s "-screen 0 1280x1024x24" "$root/scripts/wine-run.sh" vantrel_demo.exe --screenshot "$(basename "$out")"
-[ "$(dirname "$out")" = "$PWD" ] || mv -f "$(basename "$out")" "$out"
-echo "Screenshot: $out"
+# One picture per page: out.png, out-large.png, out-texts.png.
+stem=$(basename "$out" .png)
+for shot in "$stem".png "$stem"-*.png; do
+  [ -f "$shot" ] || continue
+  [ "$(dirname "$out")" = "$PWD" ] || mv -f "$shot" "$(dirname "$out")/$shot"
+  echo "Screenshot: $(dirname "$out")/$shot"
+done
