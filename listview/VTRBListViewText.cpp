@@ -86,6 +86,58 @@ private:
     char* m_p;
 };
 
+// Code pages that map the bytes 0x01 to 0x7F to the same code points: the Windows ANSI and OEM
+// pages, ISO 8859 and UTF-8. In them ASCII text widens byte by byte, which is far cheaper than
+// asking the system. Others (EBCDIC, the stateful ISO 2022 pages, UTF-7) always go to the system.
+bool IsAsciiCodePage(UINT cp) {
+    switch (cp) {
+    case CP_ACP:
+    case CP_OEMCP:
+    case CP_THREAD_ACP:
+    case 437:
+    case 850:
+    case 852:
+    case 866:
+    case 874:
+    case 932:
+    case 936:
+    case 949:
+    case 950:
+    case 20127:
+    case CP_UTF8:
+        return true;
+    default:
+        return (cp >= 1250 && cp <= 1258) || (cp >= 28591 && cp <= 28605);
+    }
+}
+
+// Writes the decimal digits of v, at least minDigits of them, after an optional '-' into buf; the
+// text that printf's "%d", "%u", "%llu" and "%02u" give.
+wchar_t* WideDecimal(wchar_t* buf, unsigned long long v, bool bNegative, int minDigits = 1) {
+    wchar_t rev[24];
+    int n = 0;
+    do {
+        rev[n++] = static_cast<wchar_t>(L'0' + v % 10);
+        v /= 10;
+    } while (v);
+    while (n < minDigits)
+        rev[n++] = L'0';
+    wchar_t* p = buf;
+    if (bNegative)
+        *p++ = L'-';
+    while (n > 0)
+        *p++ = rev[--n];
+    *p = 0;
+    return p;
+}
+
+wchar_t* WideSigned(wchar_t* buf, int v) {
+    unsigned long long const magnitude =
+        v < 0 ? 0ULL - static_cast<unsigned long long>(static_cast<long long>(v))
+              : static_cast<unsigned long long>(v);
+    return WideDecimal(buf, magnitude, v < 0);
+}
+
 [[noreturn]] void ThrowInvalid(DWORD id, int line, char const* text) {
     Throw(0, VTRStringTable::GetText(id), line, text ? text : "");
 }
@@ -269,6 +321,18 @@ wchar_t const* VTRBListView::Widen(char const* text, UINT cp) {
         m_wszText[0] = 0;
         return m_wszText;
     }
+    if (IsAsciiCodePage(cp)) {
+        // The bytes of plain ASCII are the characters; at the first other byte the system takes over.
+        int i = 0;
+        while (i < 1023 && text[i] && static_cast<unsigned char>(text[i]) < 0x80) {
+            m_wszText[i] = static_cast<wchar_t>(text[i]);
+            ++i;
+        }
+        if (i == 1023 || !text[i]) {
+            m_wszText[i] = 0;
+            return m_wszText;
+        }
+    }
     int n = MultiByteToWideChar(cp, 0, text, -1, m_wszText, 1024);
     if (n == 0) {
         // Too long for the buffer: show what fits.
@@ -296,6 +360,8 @@ wchar_t const* VTRBListView::GetDataText(Row* pRow, int item, int col, bool bNoP
 
     void* const word = pRow->cells[col].pValue;
     UINT const curCP = static_cast<UINT>(NVGetCurCodePage());
+    // Numbers are plain ASCII: in such a code page their digits go straight into the wide buffer.
+    bool const bAsciiCP = IsAsciiCodePage(curCP);
     wchar_t const* result = s_wszEmpty;
     m_szText[0] = 0;
     switch (c.eType) {
@@ -308,6 +374,11 @@ wchar_t const* VTRBListView::GetDataText(Row* pRow, int item, int col, bool bNoP
         break;
     }
     case VTDT_int:
+        if (bAsciiCP) {
+            WideSigned(m_wszText, static_cast<int>(reinterpret_cast<intptr_t>(word)));
+            result = m_wszText;
+            break;
+        }
         snprintf(m_szText, sizeof m_szText, "%d", static_cast<int>(reinterpret_cast<intptr_t>(word)));
         result = Widen(m_szText, curCP);
         break;
@@ -316,11 +387,21 @@ wchar_t const* VTRBListView::GetDataText(Row* pRow, int item, int col, bool bNoP
         unsigned int v = static_cast<unsigned int>(reinterpret_cast<uintptr_t>(word));
         if (c.eType == VTDT_DWORD_NOT_NULL && v == 0)
             break;
+        if (bAsciiCP) {
+            WideDecimal(m_wszText, v, false);
+            result = m_wszText;
+            break;
+        }
         snprintf(m_szText, sizeof m_szText, "%u", v);
         result = Widen(m_szText, curCP);
         break;
     }
     case VTDT_WORD:
+        if (bAsciiCP) {
+            WideDecimal(m_wszText, static_cast<uint16_t>(reinterpret_cast<uintptr_t>(word)), false);
+            result = m_wszText;
+            break;
+        }
         snprintf(m_szText, sizeof m_szText, "%u",
                  static_cast<unsigned int>(static_cast<uint16_t>(reinterpret_cast<uintptr_t>(word))));
         result = Widen(m_szText, curCP);
@@ -328,7 +409,10 @@ wchar_t const* VTRBListView::GetDataText(Row* pRow, int item, int col, bool bNoP
     case VTDT_LPINT:
     case VTDT_LPDWORD:
         // Both show signed: a DWORD target of all ones reads -1, as it always did.
-        if (word) {
+        if (word && bAsciiCP) {
+            WideSigned(m_wszText, *static_cast<int const*>(word));
+            result = m_wszText;
+        } else if (word) {
             snprintf(m_szText, sizeof m_szText, "%d", *static_cast<int const*>(word));
             result = Widen(m_szText, curCP);
         }
@@ -375,6 +459,13 @@ wchar_t const* VTRBListView::GetDataText(Row* pRow, int item, int col, bool bNoP
             v = *static_cast<uint16_t const*>(word);
         if (v == 0)
             break;
+        if (bAsciiCP) {
+            wchar_t* p = WideDecimal(m_wszText, v & 0xFF, false, 2);
+            *p++ = L'/';
+            WideDecimal(p, v >> 8, false, 2);
+            result = m_wszText;
+            break;
+        }
         snprintf(m_szText, sizeof m_szText, "%02u/%02u", v & 0xFF, v >> 8);
         result = Widen(m_szText, curCP);
         break;
@@ -453,7 +544,10 @@ wchar_t const* VTRBListView::GetDataText(Row* pRow, int item, int col, bool bNoP
         result = word ? static_cast<wchar_t const*>(word) : s_wszEmpty;
         break;
     case VTDT_QWORD:
-        if (word) {
+        if (word && bAsciiCP) {
+            WideDecimal(m_wszText, *static_cast<unsigned long long const*>(word), false);
+            result = m_wszText;
+        } else if (word) {
             snprintf(m_szText, sizeof m_szText, "%llu", *static_cast<unsigned long long const*>(word));
             result = Widen(m_szText, curCP);
         }

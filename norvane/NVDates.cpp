@@ -193,45 +193,114 @@ long g_tNowOverride = 0;
 
 // ---- Names of the current language, in the current code page ------------------------------------
 
-std::string LocaleText(LCTYPE type) {
+// The locale text in the current code page into buf; its length, 0 (and an empty text) on failure.
+size_t LocaleText(LCTYPE type, char* buf, int size) {
     wchar_t wbuf[128];
+    buf[0] = '\0';
     LCID const lcid = MAKELCID(GetCurrentLangID(false), SORT_DEFAULT);
     if (!GetLocaleInfoW(lcid, type, wbuf, 128))
-        return std::string();
+        return 0;
+    int const n = WideCharToMultiByte(NVGetCurCodePage(), 0, wbuf, -1, buf, size, nullptr, nullptr);
+    if (n <= 0) {
+        buf[0] = '\0';
+        return 0;
+    }
+    return static_cast<size_t>(n - 1);
+}
+
+std::string LocaleText(LCTYPE type) {
     char buf[256];
-    int const n = WideCharToMultiByte(NVGetCurCodePage(), 0, wbuf, -1, buf, sizeof buf, nullptr, nullptr);
-    return n > 0 ? std::string(buf) : std::string();
+    LocaleText(type, buf, sizeof buf);
+    return buf;
+}
+
+LCTYPE DayNameType(int wd, bool bAbbrev) {
+    int const index = (wd + 6) % 7; // the locale's list starts on Monday
+    return (bAbbrev ? LOCALE_SABBREVDAYNAME1 : LOCALE_SDAYNAME1) + index;
+}
+
+LCTYPE MonthNameType(int m, bool bAbbrev) {
+    return (bAbbrev ? LOCALE_SABBREVMONTHNAME1 : LOCALE_SMONTHNAME1) + (m - 1);
 }
 
 std::string DayName(int wd, bool bAbbrev) {
-    int const index = (wd + 6) % 7; // the locale's list starts on Monday
-    return LocaleText((bAbbrev ? LOCALE_SABBREVDAYNAME1 : LOCALE_SDAYNAME1) + index);
+    return LocaleText(DayNameType(wd, bAbbrev));
 }
 
 std::string MonthName(int m, bool bAbbrev) {
-    return LocaleText((bAbbrev ? LOCALE_SABBREVMONTHNAME1 : LOCALE_SMONTHNAME1) + (m - 1));
+    return LocaleText(MonthNameType(m, bAbbrev));
+}
+
+size_t DayPeriod(bool bPM, char* buf, int size) {
+    size_t const n = LocaleText(bPM ? LOCALE_S2359 : LOCALE_S1159, buf, size);
+    if (n)
+        return n;
+    std::strcpy(buf, bPM ? "PM" : "AM");
+    return 2;
 }
 
 std::string DayPeriod(bool bPM) {
-    std::string s = LocaleText(bPM ? LOCALE_S2359 : LOCALE_S1159);
-    if (s.empty())
-        s = bPM ? "PM" : "AM";
-    return s;
+    char buf[256];
+    DayPeriod(bPM, buf, sizeof buf);
+    return buf;
 }
 
 bool IsPictureLetter(char c) {
     return std::strchr("dMyghHmst", c) != nullptr && c != '\0';
 }
 
-void AppendNumber(std::string& out, int value, int width) {
-    char buf[16];
-    std::snprintf(buf, sizeof buf, "%0*d", width, value);
-    out += buf;
-}
+// Writes into the caller's buffer and notes when the text would not fit with its terminator.
+class PictureText {
+public:
+    PictureText(char* out, int size) : m_out(out), m_size(static_cast<size_t>(size)) {}
+    void Put(char c) {
+        if (m_len + 1 < m_size)
+            m_out[m_len] = c;
+        else
+            m_bOverflow = true;
+        ++m_len;
+    }
+    void Put(char const* p, size_t n) {
+        for (size_t i = 0; i < n; ++i)
+            Put(p[i]);
+    }
+    // Zero-padded to width digits, as printf's "%0*d" writes a non-negative value.
+    void PutNumber(int value, int width) {
+        char rev[12];
+        int n = 0;
+        unsigned int v = static_cast<unsigned int>(value);
+        do {
+            rev[n++] = static_cast<char>('0' + v % 10);
+            v /= 10;
+        } while (v);
+        for (int i = n; i < width; ++i)
+            Put('0');
+        while (n > 0)
+            Put(rev[--n]);
+    }
+    void PutLocaleText(LCTYPE type) {
+        char buf[256];
+        Put(buf, LocaleText(type, buf, sizeof buf));
+    }
+    // Terminates the text; on overflow the buffer holds an empty text. The length, -1 on overflow.
+    int Finish() {
+        if (m_bOverflow) {
+            m_out[0] = '\0';
+            return -1;
+        }
+        m_out[m_len] = '\0';
+        return static_cast<int>(m_len);
+    }
+
+private:
+    char* m_out;
+    size_t m_size;
+    size_t m_len = 0;
+    bool m_bOverflow = false;
+};
 
 // Writes st by a GetDateFormat/GetTimeFormat picture; date and time letters may be mixed.
-std::string FormatPicture(SYSTEMTIME const& st, char const* picture) {
-    std::string out;
+void FormatPicture(SYSTEMTIME const& st, char const* picture, PictureText& out) {
     for (char const* p = picture; *p;) {
         char const c = *p;
         if (c == '\'') {
@@ -242,14 +311,14 @@ std::string FormatPicture(SYSTEMTIME const& st, char const* picture) {
                         break;
                     ++p;
                 }
-                out += *p++;
+                out.Put(*p++);
             }
             if (*p)
                 ++p;
             continue;
         }
         if (!IsPictureLetter(c)) {
-            out += *p++;
+            out.Put(*p++);
             continue;
         }
         int n = 0;
@@ -260,61 +329,50 @@ std::string FormatPicture(SYSTEMTIME const& st, char const* picture) {
         switch (c) {
         case 'd':
             if (n <= 2)
-                AppendNumber(out, st.wDay, n);
+                out.PutNumber(st.wDay, n);
             else
-                out += DayName(st.wDayOfWeek, n == 3);
+                out.PutLocaleText(DayNameType(st.wDayOfWeek, n == 3));
             break;
         case 'M':
             if (n <= 2)
-                AppendNumber(out, st.wMonth, n);
+                out.PutNumber(st.wMonth, n);
             else
-                out += MonthName(st.wMonth, n == 3);
+                out.PutLocaleText(MonthNameType(st.wMonth, n == 3));
             break;
         case 'y':
             if (n <= 2)
-                AppendNumber(out, st.wYear % 100, n);
+                out.PutNumber(st.wYear % 100, n);
             else
-                AppendNumber(out, st.wYear, 4);
+                out.PutNumber(st.wYear, 4);
             break;
         case 'g': // eras are not written: this calendar has only one
             break;
         case 'h':
-            AppendNumber(out, h12, n > 2 ? 2 : n);
+            out.PutNumber(h12, n > 2 ? 2 : n);
             break;
         case 'H':
-            AppendNumber(out, st.wHour, n > 2 ? 2 : n);
+            out.PutNumber(st.wHour, n > 2 ? 2 : n);
             break;
         case 'm':
-            AppendNumber(out, st.wMinute, n > 2 ? 2 : n);
+            out.PutNumber(st.wMinute, n > 2 ? 2 : n);
             break;
         case 's':
-            AppendNumber(out, st.wSecond, n > 2 ? 2 : n);
+            out.PutNumber(st.wSecond, n > 2 ? 2 : n);
             break;
         case 't': {
-            std::string const period = DayPeriod(st.wHour >= 12);
-            out += n == 1 ? period.substr(0, 1) : period;
+            char period[256];
+            size_t const len = DayPeriod(st.wHour >= 12, period, sizeof period);
+            out.Put(period, n == 1 && len > 1 ? 1 : len);
             break;
         }
         }
     }
-    return out;
 }
 
 bool IsValidFields(SYSTEMTIME const& st) {
     return st.wYear >= 1601 && st.wYear <= 30827 && st.wMonth >= 1 && st.wMonth <= 12 && st.wDay >= 1 &&
            st.wDay <= DaysInMonth(st.wMonth, st.wYear) && st.wHour < 24 && st.wMinute < 60 &&
            st.wSecond < 60 && st.wMilliseconds < 1000;
-}
-
-bool CopyOut(std::string const& text, char* out, int size) {
-    if (!out || size <= 0)
-        return false;
-    if (static_cast<int>(text.size()) >= size) {
-        out[0] = '\0';
-        return false;
-    }
-    std::memcpy(out, text.c_str(), text.size() + 1);
-    return true;
 }
 
 // ---- Parsing ---------------------------------------------------------------------------------------
@@ -701,8 +759,10 @@ int FormatDate(long t, char const* lpszFormat, char* out, int size, unsigned lon
         return 0;
     if (!lpszFormat || !*lpszFormat)
         lpszFormat = NVGetDateTimeFormatString(NVDT_DATE, 0);
-    std::string const text = FormatPicture(st, lpszFormat);
-    return CopyOut(text, out, size) ? static_cast<int>(text.size()) : 0;
+    PictureText text(out, size);
+    FormatPicture(st, lpszFormat, text);
+    int const len = text.Finish();
+    return len > 0 ? len : 0;
 }
 
 int FormatTime(long t, char const* lpszFormat, char* out, int size, unsigned long dwTZ) {
@@ -723,11 +783,22 @@ int FormatDateTime(long t, char const* lpszDateFormat, char const* lpszTimeForma
     } else if (!bTime) {
         return FormatDate(t, lpszDateFormat, out, size, dwTZ);
     }
-    std::string picture = lpszDateFormat;
-    if (picture.back() != ' ' && lpszTimeFormat[0] != ' ')
-        picture += ' ';
-    picture += lpszTimeFormat;
-    return FormatDate(t, picture.c_str(), out, size, dwTZ);
+    // One picture, so that a quote left open in the date part goes on into the time part.
+    size_t const cchDate = std::strlen(lpszDateFormat), cchTime = std::strlen(lpszTimeFormat);
+    bool const bBlank = lpszDateFormat[cchDate - 1] != ' ' && lpszTimeFormat[0] != ' ';
+    char szPicture[256];
+    std::string strPicture;
+    char* picture = szPicture;
+    if (cchDate + cchTime + 2 > sizeof szPicture) {
+        strPicture.resize(cchDate + cchTime + 2);
+        picture = &strPicture[0];
+    }
+    std::memcpy(picture, lpszDateFormat, cchDate);
+    size_t len = cchDate;
+    if (bBlank)
+        picture[len++] = ' ';
+    std::memcpy(picture + len, lpszTimeFormat, cchTime + 1);
+    return FormatDate(t, picture, out, size, dwTZ);
 }
 
 bool String2SYSTEMTIME(char const* text, char const* lpszFormat, SYSTEMTIME& st, bool bLenient, bool bPartial,
@@ -775,7 +846,9 @@ bool SYSTEMTIME2String(char* out, char const* lpszFormat, SYSTEMTIME& st, int iS
     copy.wDayOfWeek = static_cast<WORD>(WeekDayOfDays(DaysFromCivil(copy.wYear, copy.wMonth, copy.wDay)));
     if (!lpszFormat || !*lpszFormat)
         lpszFormat = NVGetDateTimeFormatString(NVDT_DATE, 0);
-    return CopyOut(FormatPicture(copy, lpszFormat), out, iSize);
+    PictureText text(out, iSize);
+    FormatPicture(copy, lpszFormat, text);
+    return text.Finish() >= 0;
 }
 
 long String2DateTime(char const* text) {

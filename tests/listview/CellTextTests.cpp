@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <string>
 
 using lvtest::ListHost;
 using lvtest::TestList;
@@ -200,6 +201,54 @@ TEST(ListCellText, HooksComeFirstAndCodePageOfStrings) {
     EXPECT_EQ("own 0", h.TextA(0, 1));
     // With no item the hooks are not asked.
     EXPECT_EQ(L"4", h.list.Text(h.list.Get(0), -1, 1));
+}
+
+TEST(ListCellText, NumbersAtTheirLimitsAndLongTextsAtTheBufferEdge) {
+    ListHost<HookList> h;
+    ASSERT_TRUE(h.list.DefineCols("I", 1, nullptr, 40, 0, VTDT_int, "D", 2, nullptr, 40, 0, VTDT_DWORD, "PI",
+                                  3, nullptr, 40, 0, VTDT_LPINT, "Q", 4, nullptr, 40, 0, VTDT_QWORD, "WO", 5,
+                                  nullptr, 40, 0, VTDT_WORD, "CD", 6, nullptr, 40, 0, VTDT_CARD_DATE, "NN", 7,
+                                  nullptr, 40, 0, VTDT_DWORD_NOT_NULL, "S", 8, nullptr, 40, 0, VTDT_STRING,
+                                  kNoTitle));
+    int iMin = INT32_MIN, iMax = INT32_MAX;
+    unsigned long long qMax = UINT64_MAX, qZero = 0;
+    ASSERT_TRUE(h.list.AddRow(1, 0, reinterpret_cast<void*>(static_cast<intptr_t>(INT32_MIN)), 0u, &iMin,
+                              &qMax, 0, 0x0101, 1u, const_cast<char*>("")));
+    ASSERT_TRUE(h.list.AddRow(2, 0, reinterpret_cast<void*>(static_cast<intptr_t>(INT32_MAX)), 4294967295u,
+                              &iMax, &qZero, 65535, 0xFFFF, 4294967295u, const_cast<char*>("x")));
+    ASSERT_TRUE(h.list.AddRow(3, 0, nullptr, 10u, &iMin, &qZero, 10, 0x0A09, 10u, const_cast<char*>("y")));
+    char const* const expected[3][7] = {
+        {"-2147483648", "0", "-2147483648", "18446744073709551615", "0", "01/01", "1"},
+        {"2147483647", "4294967295", "2147483647", "0", "65535", "255/255", "4294967295"},
+        {"0", "10", "-2147483648", "0", "10", "09/10", "10"}};
+    for (int r = 0; r < 3; ++r)
+        for (int c = 0; c < 7; ++c)
+            EXPECT_EQ(expected[r][c], h.TextA(r, c)) << "row " << r << ", column " << c;
+
+    // Texts around the 1023 characters that a cell shows, ASCII and not.
+    Row* pRow = h.list.Get(0);
+    ASSERT_NE(nullptr, pRow);
+    std::string text;
+    auto show = [&](std::string const& s, UINT cp) {
+        text = s;
+        h.list.uCodePage = cp;
+        pRow->cells[7].pValue = &text[0];
+        return h.list.Text(pRow, -1, 7);
+    };
+    for (size_t len : {1022u, 1023u, 1024u, 2000u})
+        EXPECT_EQ(std::wstring(len < 1023 ? len : 1023, L'a'), show(std::string(len, 'a'), 1252)) << len;
+    EXPECT_EQ(std::wstring(1022, L'a') + L"\u00e9", show(std::string(1022, 'a') + "\xe9zz", 1252));
+    EXPECT_EQ(std::wstring(1000, L'a') + L"\u00e9z", show(std::string(1000, 'a') + "\xe9z", 1252));
+    EXPECT_EQ(L"ab\u00e9\u4e2d", show("ab\xc3\xa9\xe4\xb8\xad", CP_UTF8));
+    EXPECT_EQ(L"ab\u0439", show("ab\xe9", 1251));
+    // A page whose bytes below 0x80 are no ASCII is left to the system.
+    if (IsValidCodePage(37)) {
+        wchar_t wsz[8] = L"";
+        MultiByteToWideChar(37, 0, "AB", -1, wsz, 8);
+        EXPECT_NE(L"AB", std::wstring(wsz));
+        EXPECT_EQ(std::wstring(wsz), show("AB", 37));
+    }
+    pRow->cells[7].pValue = nullptr;
 }
 
 TEST(ListCellText, DatesFromSecondsAndSystemTimes) {

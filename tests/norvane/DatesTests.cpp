@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstring>
 #include <string>
 
 namespace {
@@ -306,6 +307,29 @@ TEST_F(Dates, FormatsInGermanAndEnglish) {
     EXPECT_STREQ("1999-12-31 23:59:58 Fri", buf);
     st.wDay = 32;
     EXPECT_FALSE(SYSTEMTIME2String(buf, "yyyy", st));
+}
+
+TEST_F(Dates, DateAndTimePicturesJoinAsOneOfAnyLength) {
+    NVSetCurrentLangID(1031);
+    // A quote left open in the date part goes on through the time part.
+    EXPECT_EQ("15.01. um HH:mm", Format(T_2024_01_15_080509, "dd.MM. 'um", "HH:mm"));
+    EXPECT_EQ("15.01.2024 um 09:05", Format(T_2024_01_15_080509, "dd.MM.yyyy 'um'", "HH:mm"));
+    EXPECT_EQ("15.01.2024 09:05", Format(T_2024_01_15_080509, "dd.MM.yyyy ", "HH:mm")) << "no second blank";
+
+    // Pictures far longer than a name or a number, joined and written into a buffer of exactly their size.
+    std::string const words(300, 'x');
+    std::string const date = "'" + words + "' dd.MM.yyyy";
+    std::string const expected = words + " 15.01.2024 09:05:09 " + words;
+    char buf[700];
+    EXPECT_EQ(static_cast<int>(expected.size()),
+              FormatDateTime(T_2024_01_15_080509, date.c_str(), ("HH:mm:ss '" + words + "'").c_str(), buf,
+                             static_cast<int>(expected.size()) + 1, TZ_CET));
+    EXPECT_EQ(expected, buf);
+    std::memset(buf, 'z', sizeof buf);
+    EXPECT_EQ(0, FormatDateTime(T_2024_01_15_080509, date.c_str(), ("HH:mm:ss '" + words + "'").c_str(), buf,
+                                static_cast<int>(expected.size()), TZ_CET))
+        << "one byte short";
+    EXPECT_STREQ("", buf);
 }
 
 // Whatever the format functions write, the parsers read back to the same second.

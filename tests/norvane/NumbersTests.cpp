@@ -3,8 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cfloat>
 #include <cmath>
+#include <cstdint>
+#include <cstdio>
 #include <cstring>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -253,6 +257,122 @@ TEST_F(Numbers, RundenRoundsTheDecimalValueHalfAwayFromZero) {
         ASSERT_EQ(expected, Runden(half, 2)) << half;
         ASSERT_EQ(cents / 100.0, Runden(cents / 100.0, 2));
     }
+}
+
+// What FormatNumber wrote before its digits were computed without printf: Runden's double, written
+// by printf with the places, a minus sign unless all digits are zero, and no groups.
+std::string RundenPrintf(double value, unsigned int places) {
+    double const rounded = Runden(value, places);
+    if (!std::isfinite(value) || std::fabs(rounded) >= 1e18)
+        return "<failed>";
+    char buf[64];
+    std::snprintf(buf, sizeof buf, "%.*f", static_cast<int>(places), std::fabs(rounded));
+    bool const bNegative = rounded < 0 && buf[std::strspn(buf, "0.")] != '\0';
+    return bNegative ? std::string("-") + buf : std::string(buf);
+}
+
+TEST_F(Numbers, FormatGivesRundensDigitsForEveryMagnitude) {
+    std::vector<double> values = {0.0,
+                                  -0.0,
+                                  2.675,
+                                  1.005,
+                                  0.005,
+                                  -0.005,
+                                  0.0049999999999999,
+                                  999.995,
+                                  9.9999999999999995,
+                                  0.1 + 0.2,
+                                  123456789012.345,
+                                  999999999999999.0,
+                                  99999999999999.95,
+                                  1e14,
+                                  1e15,
+                                  1e15 - 0.5,
+                                  9.999999999999999e17,
+                                  1e18,
+                                  1e18 - 128,
+                                  static_cast<double>(INT64_MAX),
+                                  static_cast<double>(INT64_MIN),
+                                  static_cast<double>(INT32_MAX),
+                                  static_cast<double>(INT32_MIN),
+                                  9007199254740991.0,
+                                  9007199254740993.0,
+                                  4503599627370495.5,
+                                  1000000000000.125,
+                                  1.000000000000125e-3,
+                                  DBL_MAX,
+                                  DBL_MIN,
+                                  DBL_TRUE_MIN,
+                                  DBL_EPSILON,
+                                  1e-8,
+                                  5e-10,
+                                  4.9999999999999e-10,
+                                  1e-20,
+                                  1e-300};
+    // Exact binary halves and values next to powers of ten, where digits carry.
+    for (int e = -12; e <= 17; ++e) {
+        double const p = std::pow(10.0, e);
+        values.push_back(p);
+        values.push_back(std::nextafter(p, 0.0));
+        values.push_back(std::nextafter(p, 1e300));
+        values.push_back(p * 0.5);
+        values.push_back(p * 9.5);
+        values.push_back(p * 0.9999999999999995);
+    }
+    std::mt19937_64 rng(7);
+    std::uniform_real_distribution<double> exponent(-12.0, 18.5);
+    for (int i = 0; i < 20000; ++i)
+        values.push_back(std::pow(10.0, exponent(rng)) * ((rng() & 1) ? -1 : 1));
+    for (int i = 0; i < 20000; ++i) // cents and halves of cents, the common case of a list
+        values.push_back(static_cast<double>(static_cast<long long>(rng() % 2000000001) - 1000000000) /
+                         200.0);
+    for (int i = 0; i < 5000; ++i) { // any bit pattern that is a finite number
+        uint64_t bits = rng();
+        double v;
+        std::memcpy(&v, &bits, sizeof v);
+        if (std::isfinite(v))
+            values.push_back(v);
+    }
+    int failures = 0;
+    for (double v : values)
+        for (unsigned int places = 0; places <= 9; ++places) {
+            char format[32];
+            std::snprintf(format, sizeof format, "#%u|1|0|.||1", places);
+            std::string const expected = RundenPrintf(v, places);
+            std::string const actual = Fmt(v, format);
+            if (expected != actual && ++failures <= 10)
+                ADD_FAILURE() << "value " << std::hexfloat << v << std::defaultfloat << " (" << v << "), "
+                              << places << " places: expected " << expected << ", got " << actual;
+        }
+    EXPECT_EQ(0, failures);
+}
+
+TEST_F(Numbers, FormatFillsTheLongestNumberAndItsBuffer) {
+    // 18 digits grouped by ones with three-character separators: the longest text a format makes.
+    std::string const longest = Fmt(-987654321987654272.0, "#9|1|1|,,,|...|0");
+    std::string expected = "(";
+    for (char c : std::string("987654321987654272")) {
+        if (expected.size() > 1)
+            expected += "...";
+        expected += c;
+    }
+    expected += ",,,000000000)";
+    EXPECT_EQ(expected, longest);
+    char buf[128];
+    int const need = static_cast<int>(expected.size()) + 1;
+    EXPECT_TRUE(FormatNumber(-987654321987654272.0, "#9|1|1|,,,|...|0", buf, need));
+    EXPECT_EQ(expected, buf);
+    std::memset(buf, 'x', sizeof buf);
+    EXPECT_FALSE(FormatNumber(-987654321987654272.0, "#9|1|1|,,,|...|0", buf, need - 1));
+    EXPECT_STREQ("", buf);
+    EXPECT_EQ("1,23,45,67,89,01,23,456.00", Fmt(1234567890123456.0, "#2|1|32|.|,|1"))
+        << "a repeating last group";
+    EXPECT_EQ("1234,567,89", Fmt(123456789, "#0|1|230|.|,|1")) << "sizes 2, 3, then no more groups";
+    EXPECT_EQ("<failed>", Fmt(1.0, "#2|1|3|.|,|1|1")) << "a seventh field";
+    EXPECT_EQ("<failed>", Fmt(1.0, "#2|1|3|dddd|,|1")) << "a separator of four characters";
+    EXPECT_EQ("<failed>", Fmt(1.0, "#2|1|3|.|.|1")) << "the same separator twice";
+    EXPECT_EQ("<failed>", Fmt(1.0, "#2|1|3|5|,|1")) << "a digit as separator";
+    EXPECT_EQ("<failed>", Fmt(1.0, "#2|1|3||,|1")) << "no decimal separator";
 }
 
 } // namespace
