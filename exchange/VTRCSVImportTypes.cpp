@@ -213,9 +213,20 @@ bool VTRCSVTypeScan::IsSystemTime(char const* pszText) {
     return String2SYSTEMTIME(pszText, NVGetDateTimeFormatString(NVDT_DATE, 0), st, false, false, false);
 }
 
+bool VTRCSVTypeScan::IsZeroPadded(char const* pszText) {
+    char const* p = SkipBlanks(pszText);
+    if (*p == '-' || *p == '+')
+        ++p;
+    return p[0] == '0' && p[1] >= '0' && p[1] <= '9' && IsDouble(pszText);
+}
+
 VTRBDataType VTRCSVTypeScan::NextType(VTRBDataType eBefore, char* pszText, int iLen, int iRawLen,
                                       bool bWide) {
     VTRBDataType const eText = bWide ? VTDT_WSTRING : VTDT_STRING;
+    // Digits written with a leading zero are a code (postal codes, ticket and customer numbers), not
+    // a quantity: read as a number they would lose the zeros, so the column keeps them as text.
+    if (!IsTextType(eBefore) && iLen > 1 && IsZeroPadded(pszText))
+        return eText;
     switch (eBefore) {
     case VTRCSV_TYPE_UNKNOWN:
         if (iLen == 0)
@@ -291,13 +302,17 @@ void VTRCSVTypeScan::Scan(VTRCSVLineReader& reader) {
     } else {
         std::string line;
         while (reader.ReadLine(line))
-            AddLine(line.c_str());
+            AddLine(line.c_str(), line.size());
     }
 }
 
 void VTRCSVTypeScan::AddLine(char const* pszLine) {
+    AddLine(pszLine, pszLine ? strlen(pszLine) : 0);
+}
+
+void VTRCSVTypeScan::AddLine(char const* pszLine, size_t cchLine) {
     ++m_iLines;
-    if (!*pszLine)
+    if (!cchLine)
         return;
     if (!m_bTitlesPending && m_iSkip > 0 && !m_bLineHasTitles) {
         // Further lines to skip are no data either.
@@ -305,11 +320,14 @@ void VTRCSVTypeScan::AddLine(char const* pszLine) {
         return;
     }
     m_bLineHasTitles = m_bTitlesPending;
-    m_field8.resize(strlen(pszLine) + 1);
+    if (m_field8.size() < cchLine + 1)
+        m_field8.resize(cchLine + 1);
     char const* cursor = pszLine;
+    char const* const end = pszLine + cchLine;
     int iFields = 0;
-    while (VTRParseNextCSVField(cursor, &m_field8[0], m_cSep)) {
-        AddField(m_iFirstCol + iFields, &m_field8[0], nullptr, static_cast<int>(strlen(m_field8.c_str())));
+    size_t cchField = 0;
+    while (VTRCSVNextField(cursor, end, &m_field8[0], m_cSep, cchField)) {
+        AddField(m_iFirstCol + iFields, &m_field8[0], nullptr, static_cast<int>(cchField));
         ++iFields;
     }
     EndLine(iFields);
@@ -356,7 +374,7 @@ void VTRCSVTypeScan::AddField(int iCol, char* psz8, wchar_t const* pszW, int iLe
     if (iRaised > col.iMaxLen)
         col.iMaxLen = iRaised;
     VTRBDataType const eBefore = col.eType;
-    if (IsTextType(eBefore) || eBefore == VTDT_QWORD)
+    if (IsTextType(eBefore))
         return;
     if (pszW) {
         // The tests read 8-bit text; a field that is pure ASCII needs no code page.

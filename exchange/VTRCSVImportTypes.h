@@ -46,6 +46,7 @@ public:
     void Scan(VTRCSVLineReader& reader);
     // One line, trailing CR and LF already cut.
     void AddLine(char const* pszLine);
+    void AddLine(char const* pszLine, size_t cchLine);
     void AddLine(wchar_t const* pszLine);
 
     int GetLineCount() const { return m_iLines; }
@@ -71,6 +72,8 @@ public:
     static bool IsInteger(char const* pszText);
     static bool IsUInt64(char const* pszText, int iLen);
     static bool IsDouble(char const* pszText);
+    // A number that starts with a zero before a further digit: "007", "-0815", "00,5".
+    static bool IsZeroPadded(char const* pszText);
     static bool IsDate(char const* pszText);
     static bool IsSystemTime(char const* pszText);
 

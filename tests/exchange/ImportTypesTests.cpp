@@ -56,8 +56,13 @@ TEST(ImportTypes, EachColumnMovesByItsFields) {
     EXPECT_EQ(VTDT_STRING, TypeOf({"1,5", "2,5"})) << "a second number turns a double column into text";
     EXPECT_EQ(VTDT_DOUBLE, TypeOf({"1,5", "x"})) << "one number, then others that don't parse";
     EXPECT_EQ(VTDT_DOUBLE, TypeOf({"1", "2.5"})) << "an int column meets a fraction";
-    EXPECT_EQ(VTDT_QWORD, TypeOf({"007"})) << "a leading zero fails the integer test";
-    EXPECT_EQ(VTDT_DOUBLE, TypeOf({"1", "007"})) << "in an int column a leading zero reads as a number";
+    EXPECT_EQ(VTDT_STRING, TypeOf({"007"})) << "a leading zero keeps the digits as they were written";
+    EXPECT_EQ(VTDT_STRING, TypeOf({"1", "007"})) << "an int column with a code in it is a code column";
+    EXPECT_EQ(VTDT_STRING, TypeOf({"4294967296", "0815"})) << "a 64-bit column keeps codes too";
+    EXPECT_EQ(VTDT_STRING, TypeOf({"1,5", "-00,5"}));
+    EXPECT_EQ(VTDT_DOUBLE, TypeOf({"0,5"})) << "a zero before the decimal sign pads nothing";
+    EXPECT_EQ(VTDT_int, TypeOf({"0", "-0", " 0 "}));
+    EXPECT_EQ(VTDT_TIME_T, TypeOf({"01.02.2006", "09.10.2007"})) << "dates start with zeros and stay dates";
     EXPECT_EQ(VTDT_QWORD, TypeOf({"4294967296", "x", "1,5"})) << "a 64-bit column stays whatever follows";
     EXPECT_EQ(VTDT_QWORD, TypeOf({"18446744073709551614"}));
     EXPECT_EQ(VTDT_STRING, TypeOf({"18446744073709551615"})) << "all ones is the overflow result";
