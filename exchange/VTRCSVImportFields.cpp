@@ -1,6 +1,7 @@
 #include "exchange/VTRCSVImportFields.h"
 
 #include "exchange/VTRCSVImportRows.h"
+#include "exchange/VTRCSVImportTypes.h"
 #include "listview/VTRBListView.h"
 
 #include "NVDates.h"
@@ -120,15 +121,26 @@ void VTRCSVConvertField(VTRBDataType eType, unsigned char* pField, unsigned int 
         if (!pDst)
             return;
         bool const bSigned = eType != VTDT_DWORD && eType != VTDT_DWORD_NOT_NULL && eType != VTDT_LPDWORD;
-        bool ok = false;
-        unsigned long v = VTRBListView::Str2Val(psz8, bSigned, iLine, ok, false, false);
+        unsigned long v = 0;
+        long lQuick = 0;
+        if ((bSigned || *psz8 != '-') && VTRCSVTypeScan::QuickInt(psz8, lQuick)) {
+            v = static_cast<unsigned long>(lQuick);
+        } else {
+            bool ok = false;
+            v = VTRBListView::Str2Val(psz8, bSigned, iLine, ok, false, false);
+        }
         memcpy(pDst, &v, 4);
         break;
     }
     case VTDT_WORD: {
-        bool ok = false;
-        unsigned short w =
-            static_cast<unsigned short>(VTRBListView::Str2Val(psz8, false, iLine, ok, false, false));
+        long lQuick = 0;
+        unsigned short w = 0;
+        if (*psz8 != '-' && VTRCSVTypeScan::QuickInt(psz8, lQuick)) {
+            w = static_cast<unsigned short>(lQuick);
+        } else {
+            bool ok = false;
+            w = static_cast<unsigned short>(VTRBListView::Str2Val(psz8, false, iLine, ok, false, false));
+        }
         memcpy(pField, &w, 2);
         break;
     }
@@ -138,7 +150,10 @@ void VTRCSVConvertField(VTRBDataType eType, unsigned char* pField, unsigned int 
         // An empty date is no wrong date: the field keeps its zero.
         if (!pDst || !*SkipBlanks(psz8))
             return;
-        long t = VTRBListView::Str2Date(psz8, false, iLine);
+        long t = 0;
+        // A date out of range still goes the long way, which raises the message.
+        if (!VTRCSVTypeScan::QuickDate(psz8, t) || t < 0)
+            t = VTRBListView::Str2Date(psz8, false, iLine);
         memcpy(pDst, &t, 4);
         break;
     }
@@ -161,8 +176,14 @@ void VTRCSVConvertField(VTRBDataType eType, unsigned char* pField, unsigned int 
         break;
     }
     case VTDT_QWORD: {
-        bool ok = false;
-        unsigned __int64 v = VTRBListView::Str2UVal64(psz8, iLine, ok, false);
+        unsigned long long ullQuick = 0;
+        unsigned __int64 v = 0;
+        if (VTRCSVTypeScan::QuickUInt64(psz8, ullQuick)) {
+            v = ullQuick;
+        } else {
+            bool ok = false;
+            v = VTRBListView::Str2UVal64(psz8, iLine, ok, false);
+        }
         memcpy(pField, &v, 8);
         break;
     }

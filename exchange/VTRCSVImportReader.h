@@ -29,6 +29,15 @@ VTR_API VTRCSVEncoding VTRCSVEncodingFromMark(unsigned char const* p, size_t n);
 // Swaps the two bytes of each pair in place; an odd last byte stays where it is.
 VTR_API void VTRCSVSwapBytePairs(unsigned char* p, size_t n);
 
+// The first byte in [p, end) that is a or b; end when there is none. Sixteen bytes at a time.
+VTR_API char const* VTRCSVFindEither(char const* p, char const* end, char a, char b);
+
+// One field of an 8-bit line [cursor, end) into pszField (room for the rest of the line and a
+// terminator), read exactly as VTRParseNextCSVField reads it, the field's length in cchField. The
+// line holds no NUL. False when the line holds no further field; the cursor then stands at its end.
+VTR_API bool VTRCSVNextField(char const*& cursor, char const* end, char* pszField, char cSep,
+                             size_t& cchField);
+
 // Where the bytes come from: a file or a memory block.
 class VTR_API VTRCSVByteSource {
 public:

@@ -116,9 +116,12 @@ int VTRCSVReadRows(VTRCSVLineReader& reader, VTRCSVRowParams const& params, VTRC
                 ++iCol;
             }
         } else {
-            field8.resize(line8.size() + 1);
-            char const* cursor = line8.c_str();
-            while (VTRParseNextCSVField(cursor, &field8[0], params.cSep)) {
+            if (field8.size() < line8.size() + 1)
+                field8.resize(line8.size() + 1);
+            char const* cursor = line8.data();
+            char const* const end = cursor + line8.size();
+            size_t cchField = 0;
+            while (VTRCSVNextField(cursor, end, &field8[0], params.cSep, cchField)) {
                 iCol = NextImportCol(sink, iLine, iCol, iColCnt);
                 if (iCol >= iColCnt)
                     continue;

@@ -33,9 +33,123 @@ bool IsTextType(VTRBDataType eType) {
 
 } // namespace
 
+// ---------------------------------------------------------------- the plain shapes
+
+bool VTRCSVTypeScan::QuickInt(char const* pszText, long& lValue) {
+    char const* p = pszText;
+    bool const bNeg = *p == '-';
+    if (bNeg)
+        ++p;
+    long v = 0;
+    int n = 0;
+    for (; *p >= '0' && *p <= '9'; ++p, ++n) {
+        if (n == 9)
+            return false;
+        v = v * 10 + (*p - '0');
+    }
+    if (n == 0 || *p)
+        return false;
+    lValue = bNeg ? -v : v;
+    return true;
+}
+
+bool VTRCSVTypeScan::QuickUInt64(char const* pszText, unsigned long long& ullValue) {
+    unsigned long long v = 0;
+    int n = 0;
+    char const* p = pszText;
+    for (; *p >= '0' && *p <= '9'; ++p, ++n) {
+        if (n == 19)
+            return false;
+        v = v * 10 + static_cast<unsigned>(*p - '0');
+    }
+    if (n == 0 || *p)
+        return false;
+    ullValue = v;
+    return true;
+}
+
+namespace {
+
+// Two or four digits at p; -2 when one of them is no digit.
+int Digits(char const* p, int n) {
+    int v = 0;
+    for (int i = 0; i < n; ++i) {
+        if (p[i] < '0' || p[i] > '9')
+            return -2;
+        v = v * 10 + (p[i] - '0');
+    }
+    return v;
+}
+
+int DaysInMonth(int iYear, int iMonth) {
+    static int const days[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    if (iMonth == 2 && iYear % 4 == 0 && (iYear % 100 != 0 || iYear % 400 == 0))
+        return 29;
+    return days[iMonth - 1];
+}
+
+} // namespace
+
+bool VTRCSVTypeScan::QuickDate(char const* pszText, long& t) {
+    // Only the pictures made of "dd", "MM", "yyyy" and single separators, ten characters long.
+    char const* pattern = NVGetDateTimeFormatString(NVDT_DATE, 0);
+    if (!pattern || strlen(pattern) != 10)
+        return false;
+    int iDay = 0, iMonth = 0, iYear = 0;
+    for (int i = 0; i < 10;) {
+        char const c = pattern[i];
+        if (c == 'd' && pattern[i + 1] == 'd') {
+            iDay = Digits(pszText + i, 2);
+            i += 2;
+        } else if (c == 'M' && pattern[i + 1] == 'M') {
+            iMonth = Digits(pszText + i, 2);
+            i += 2;
+        } else if (c == 'y' && strncmp(pattern + i, "yyyy", 4) == 0) {
+            iYear = Digits(pszText + i, 4);
+            i += 4;
+        } else if (c == '.' || c == '/' || c == '-') {
+            if (pszText[i] != c)
+                return false;
+            ++i;
+        } else {
+            return false;
+        }
+        // A digit test stops at the first non-digit, the terminator included: nothing is read beyond.
+        if (iDay == -2 || iMonth == -2 || iYear == -2)
+            return false;
+    }
+    if (iDay < 1 || iMonth < 1 || iMonth > 12 || iYear < 1970 || iYear > 2037 ||
+        iDay > DaysInMonth(iYear, iMonth))
+        return false;
+    SYSTEMTIME st{};
+    st.wYear = static_cast<WORD>(iYear);
+    st.wMonth = static_cast<WORD>(iMonth);
+    st.wDay = static_cast<WORD>(iDay);
+    char const* p = pszText + 10;
+    if (*p) {
+        // The time must be the first picture that the general parser would try.
+        char const* timePattern = NVGetDateTimeFormatString(NVDT_TIME_SECONDS, 0);
+        if (!timePattern || strcmp(timePattern, "HH:mm:ss") != 0)
+            return false;
+        if (strlen(p) != 9 || p[0] != ' ' || p[3] != ':' || p[6] != ':')
+            return false;
+        int const h = Digits(p + 1, 2), m = Digits(p + 4, 2), s = Digits(p + 7, 2);
+        if (h < 0 || h > 23 || m < 0 || m > 59 || s < 0 || s > 59)
+            return false;
+        st.wHour = static_cast<WORD>(h);
+        st.wMinute = static_cast<WORD>(m);
+        st.wSecond = static_cast<WORD>(s);
+    }
+    t = SystemTimeToTime_t(&st, 0, false);
+    return true;
+}
+
 // ---------------------------------------------------------------- the single tests
 
 bool VTRCSVTypeScan::IsInteger(char const* pszText) {
+    long lQuick = 0;
+    if (QuickInt(pszText, lQuick))
+        return lQuick == 0 || *pszText != '0';
     errno = 0;
     char* end = nullptr;
     long value = strtol(pszText, &end, 10);
@@ -88,6 +202,9 @@ bool VTRCSVTypeScan::IsDouble(char const* pszText) {
 }
 
 bool VTRCSVTypeScan::IsDate(char const* pszText) {
+    long t = 0;
+    if (QuickDate(pszText, t))
+        return t > 0;
     return String2DateTime(pszText) > 0;
 }
 
@@ -96,9 +213,20 @@ bool VTRCSVTypeScan::IsSystemTime(char const* pszText) {
     return String2SYSTEMTIME(pszText, NVGetDateTimeFormatString(NVDT_DATE, 0), st, false, false, false);
 }
 
+bool VTRCSVTypeScan::IsZeroPadded(char const* pszText) {
+    char const* p = SkipBlanks(pszText);
+    if (*p == '-' || *p == '+')
+        ++p;
+    return p[0] == '0' && p[1] >= '0' && p[1] <= '9' && IsDouble(pszText);
+}
+
 VTRBDataType VTRCSVTypeScan::NextType(VTRBDataType eBefore, char* pszText, int iLen, int iRawLen,
                                       bool bWide) {
     VTRBDataType const eText = bWide ? VTDT_WSTRING : VTDT_STRING;
+    // Digits written with a leading zero are a code (postal codes, ticket and customer numbers), not
+    // a quantity: read as a number they would lose the zeros, so the column keeps them as text.
+    if (!IsTextType(eBefore) && iLen > 1 && IsZeroPadded(pszText))
+        return eText;
     switch (eBefore) {
     case VTRCSV_TYPE_UNKNOWN:
         if (iLen == 0)
@@ -174,13 +302,17 @@ void VTRCSVTypeScan::Scan(VTRCSVLineReader& reader) {
     } else {
         std::string line;
         while (reader.ReadLine(line))
-            AddLine(line.c_str());
+            AddLine(line.c_str(), line.size());
     }
 }
 
 void VTRCSVTypeScan::AddLine(char const* pszLine) {
+    AddLine(pszLine, pszLine ? strlen(pszLine) : 0);
+}
+
+void VTRCSVTypeScan::AddLine(char const* pszLine, size_t cchLine) {
     ++m_iLines;
-    if (!*pszLine)
+    if (!cchLine)
         return;
     if (!m_bTitlesPending && m_iSkip > 0 && !m_bLineHasTitles) {
         // Further lines to skip are no data either.
@@ -188,11 +320,14 @@ void VTRCSVTypeScan::AddLine(char const* pszLine) {
         return;
     }
     m_bLineHasTitles = m_bTitlesPending;
-    m_field8.resize(strlen(pszLine) + 1);
+    if (m_field8.size() < cchLine + 1)
+        m_field8.resize(cchLine + 1);
     char const* cursor = pszLine;
+    char const* const end = pszLine + cchLine;
     int iFields = 0;
-    while (VTRParseNextCSVField(cursor, &m_field8[0], m_cSep)) {
-        AddField(m_iFirstCol + iFields, &m_field8[0], nullptr, static_cast<int>(strlen(m_field8.c_str())));
+    size_t cchField = 0;
+    while (VTRCSVNextField(cursor, end, &m_field8[0], m_cSep, cchField)) {
+        AddField(m_iFirstCol + iFields, &m_field8[0], nullptr, static_cast<int>(cchField));
         ++iFields;
     }
     EndLine(iFields);
@@ -239,7 +374,7 @@ void VTRCSVTypeScan::AddField(int iCol, char* psz8, wchar_t const* pszW, int iLe
     if (iRaised > col.iMaxLen)
         col.iMaxLen = iRaised;
     VTRBDataType const eBefore = col.eType;
-    if (IsTextType(eBefore) || eBefore == VTDT_QWORD)
+    if (IsTextType(eBefore))
         return;
     if (pszW) {
         // The tests read 8-bit text; a field that is pure ASCII needs no code page.

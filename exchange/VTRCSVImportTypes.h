@@ -46,6 +46,7 @@ public:
     void Scan(VTRCSVLineReader& reader);
     // One line, trailing CR and LF already cut.
     void AddLine(char const* pszLine);
+    void AddLine(char const* pszLine, size_t cchLine);
     void AddLine(wchar_t const* pszLine);
 
     int GetLineCount() const { return m_iLines; }
@@ -71,8 +72,19 @@ public:
     static bool IsInteger(char const* pszText);
     static bool IsUInt64(char const* pszText, int iLen);
     static bool IsDouble(char const* pszText);
+    // A number that starts with a zero before a further digit: "007", "-0815", "00,5".
+    static bool IsZeroPadded(char const* pszText);
     static bool IsDate(char const* pszText);
     static bool IsSystemTime(char const* pszText);
+
+    // The common shapes read without the general parsers. Each returns false when the text is not
+    // of its plain shape, and the caller then asks the general function, whose answer it would have
+    // been anyway. QuickInt: up to nine digits with an optional minus. QuickUInt64: up to nineteen
+    // digits. QuickDate: the current language's four-digit-year date, optionally followed by a blank and
+    // a 24-hour time with seconds; t is what String2DateTime gives for it (-1 outside the range).
+    static bool QuickInt(char const* pszText, long& lValue);
+    static bool QuickUInt64(char const* pszText, unsigned long long& ullValue);
+    static bool QuickDate(char const* pszText, long& t);
 
 private:
     void AddField(int iCol, char* psz8, wchar_t const* pszW, int iLen);

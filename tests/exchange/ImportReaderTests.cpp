@@ -1,4 +1,5 @@
 #include "exchange/VTRCSVImportReader.h"
+#include "exchange/VTRCSVFormat.h"
 #include "exchange/VTRCSVImportRows.h"
 
 #include "harness/TestHost.h"
@@ -8,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -167,3 +169,35 @@ TEST(ImportReader, FilesOpenByTheirMarkAndTheSwappedCopyGoes) {
 }
 
 } // namespace
+
+// The import reads fields with its own vectorised splitter; on every line it must cut exactly the
+// fields the published field parser cuts, or imports and the parser would disagree.
+TEST(ImportReader, FieldSplitterAgreesWithTheFieldParser) {
+    char const alphabet[] = {'a', 'b', ' ', '\t', '\n', '"', ';', ',', '1', '\xE4'};
+    char const seps[] = {';', ',', ' ', '\t'};
+    unsigned seed = 20261123;
+    auto next = [&seed] {
+        seed = seed * 1103515245u + 12345u;
+        return (seed >> 16) & 0x7FFF;
+    };
+    for (int iCase = 0; iCase < 20000; ++iCase) {
+        std::string line;
+        size_t const len = next() % 70;
+        for (size_t i = 0; i < len; ++i)
+            line.push_back(alphabet[next() % sizeof alphabet]);
+        char const cSep = seps[next() % sizeof seps];
+
+        std::vector<std::string> expected, got;
+        std::vector<char> field(line.size() + 1);
+        char const* cursor = line.c_str();
+        while (VTRParseNextCSVField(cursor, field.data(), cSep))
+            expected.emplace_back(field.data());
+        char const* fast = line.data();
+        size_t cch = 0;
+        while (VTRCSVNextField(fast, line.data() + line.size(), field.data(), cSep, cch)) {
+            ASSERT_EQ(strlen(field.data()), cch) << "line [" << line << "]";
+            got.emplace_back(field.data());
+        }
+        ASSERT_EQ(expected, got) << "line [" << line << "] separator [" << cSep << "]";
+    }
+}

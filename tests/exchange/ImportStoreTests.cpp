@@ -105,6 +105,27 @@ TEST(ImportStore, DefinesColumnsAndRowsFromTheFile) {
     EXPECT_STREQ("", host.list.GetImportCSVFile()) << "the structure store leaves the name to its dialog";
 }
 
+TEST(ImportStore, CodesWithLeadingZerosComeBackAsWritten) {
+    vtrtest::TempDir dir;
+    std::string path = dir.File("plz.csv");
+    WriteFile(path, "PLZ;Ort;Kunde;Menge\r\n01067;Dresden;0815;3\r\n80331;M\xFCnchen;42;007\r\n");
+    NVSetCurCodePage(1252);
+    NVSetCurrentLangID(1031);
+    StoreHost host;
+    vtrtest::MsgBoxRecorder boxes;
+    ASSERT_TRUE(host.list.ImportCSV(path.c_str(), ';', 1, true, false, nullptr));
+    EXPECT_EQ(0u, boxes.count());
+    ASSERT_EQ(4, host.list.GetColCnt());
+    for (int iCol : {0, 2, 3})
+        EXPECT_EQ(VTDT_STRING, host.list.GetColDataType(iCol)) << "column " << iCol;
+    ASSERT_EQ(2, host.list.GetItemCount());
+    host.list.SetSortMode(0, false);
+    EXPECT_STREQ("01067", host.list.GetCellText(0, 0));
+    EXPECT_STREQ("0815", host.list.GetCellText(0, 2));
+    EXPECT_STREQ("42", host.list.GetCellText(1, 2));
+    EXPECT_STREQ("007", host.list.GetCellText(1, 3));
+}
+
 TEST(ImportStore, AllFourEncodingsGiveTheSameRows) {
     vtrtest::TempDir dir;
     std::wstring const text = L"A;B\r\n\u0141\u00f3d\u017a;1\r\n\uFEFFx;2\r\n";

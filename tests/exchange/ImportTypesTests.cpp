@@ -1,6 +1,10 @@
 #include "exchange/VTRCSVImportTypes.h"
 
+#include "NVDates.h"
 #include "NVLanguage.h"
+
+#include <cerrno>
+#include <cstdlib>
 
 #include <gtest/gtest.h>
 
@@ -52,8 +56,13 @@ TEST(ImportTypes, EachColumnMovesByItsFields) {
     EXPECT_EQ(VTDT_STRING, TypeOf({"1,5", "2,5"})) << "a second number turns a double column into text";
     EXPECT_EQ(VTDT_DOUBLE, TypeOf({"1,5", "x"})) << "one number, then others that don't parse";
     EXPECT_EQ(VTDT_DOUBLE, TypeOf({"1", "2.5"})) << "an int column meets a fraction";
-    EXPECT_EQ(VTDT_QWORD, TypeOf({"007"})) << "a leading zero fails the integer test";
-    EXPECT_EQ(VTDT_DOUBLE, TypeOf({"1", "007"})) << "in an int column a leading zero reads as a number";
+    EXPECT_EQ(VTDT_STRING, TypeOf({"007"})) << "a leading zero keeps the digits as they were written";
+    EXPECT_EQ(VTDT_STRING, TypeOf({"1", "007"})) << "an int column with a code in it is a code column";
+    EXPECT_EQ(VTDT_STRING, TypeOf({"4294967296", "0815"})) << "a 64-bit column keeps codes too";
+    EXPECT_EQ(VTDT_STRING, TypeOf({"1,5", "-00,5"}));
+    EXPECT_EQ(VTDT_DOUBLE, TypeOf({"0,5"})) << "a zero before the decimal sign pads nothing";
+    EXPECT_EQ(VTDT_int, TypeOf({"0", "-0", " 0 "}));
+    EXPECT_EQ(VTDT_TIME_T, TypeOf({"01.02.2006", "09.10.2007"})) << "dates start with zeros and stay dates";
     EXPECT_EQ(VTDT_QWORD, TypeOf({"4294967296", "x", "1,5"})) << "a 64-bit column stays whatever follows";
     EXPECT_EQ(VTDT_QWORD, TypeOf({"18446744073709551614"}));
     EXPECT_EQ(VTDT_STRING, TypeOf({"18446744073709551615"})) << "all ones is the overflow result";
@@ -153,6 +162,96 @@ TEST(ImportTypes, LayoutPlacesEachFieldBehindTheLast) {
     ASSERT_EQ(3, defs.GetCount());
     EXPECT_EQ(std::wstring(L"No."), defs.Get(0)->lpszTitle);
     EXPECT_EQ(0, defs.Get(1)->iWidth);
+}
+
+// The quick readers must give what the general ones give, for every text they take.
+TEST(ImportTypes, PlainShapesReadAsTheGeneralParsersDo) {
+    char const* const days[] = {"00", "01", "09", "10", "28", "29", "30", "31", "32", "1", "x1"};
+    char const* const months[] = {"00", "01", "02", "03", "10", "12", "13", "2"};
+    char const* const years[] = {"1900", "1968", "1969", "1970", "1996", "2000",
+                                 "2015", "2037", "2038", "2039", "06",   "0000"};
+    char const* const times[] = {"",          " 00:00:00",  " 23:59:59", " 24:00:00",
+                                 " 12:60:00", " 01:02:60",  " 02:30:00", " 1:02:03",
+                                 " 01:02",    " 01:02:03 ", "T01:02:03", " 01:02:03 PM"};
+    for (unsigned short lang : {1031, 1033}) {
+        NVSetCurrentLangID(lang);
+        int quick = 0, checked = 0;
+        for (char const* d : days)
+            for (char const* m : months)
+                for (char const* y : years)
+                    for (char const* t : times)
+                        for (char sep : {'.', '/', '-'}) {
+                            std::string text = lang == 1031 ? std::string(d) + sep + m + sep + y
+                                                            : std::string(m) + sep + d + sep + y;
+                            text += t;
+                            long got = 0;
+                            long const want = String2DateTime(text.c_str());
+                            ++checked;
+                            if (VTRCSVTypeScan::QuickDate(text.c_str(), got)) {
+                                ++quick;
+                                ASSERT_EQ(want, got) << text << " in language " << lang;
+                            }
+                            ASSERT_EQ(want > 0, VTRCSVTypeScan::IsDate(text.c_str())) << text;
+                        }
+        // English times carry AM/PM first, so there only the bare dates go the quick way.
+        EXPECT_GT(quick, lang == 1031 ? 500 : 100) << "language " << lang << " of " << checked;
+    }
+    long t = 0;
+    NVSetCurrentLangID(1031);
+    EXPECT_TRUE(VTRCSVTypeScan::QuickDate("29.03.2015 02:30:00", t)) << "an hour the clock skips";
+    EXPECT_EQ(String2DateTime("29.03.2015 02:30:00"), t);
+    for (char const* text : {"", "0", "1", "12.", "12.03", "12.03.201", "12.03.2015 1", "12.03.2015 10:00:0"})
+        EXPECT_FALSE(VTRCSVTypeScan::QuickDate(text, t)) << "cut short: '" << text << "'";
+
+    char const* const numbers[] = {"0",
+                                   "-0",
+                                   "7",
+                                   "-7",
+                                   "007",
+                                   "123456789",
+                                   "-123456789",
+                                   "1234567890",
+                                   "2147483647",
+                                   "-2147483648",
+                                   "4294967295",
+                                   "",
+                                   "-",
+                                   " 1",
+                                   "1 ",
+                                   "+1",
+                                   "1,5",
+                                   "1e3",
+                                   "0x10",
+                                   "99999999999999999999",
+                                   "9999999999999999999",
+                                   "18446744073709551615"};
+    for (char const* text : numbers) {
+        long lQuick = 0;
+        if (VTRCSVTypeScan::QuickInt(text, lQuick)) {
+            errno = 0;
+            char* end = nullptr;
+            EXPECT_EQ(strtol(text, &end, 10), lQuick) << text;
+            EXPECT_EQ(0, errno) << text;
+            EXPECT_EQ('\0', *end) << text;
+        }
+        unsigned long long ullQuick = 0;
+        if (VTRCSVTypeScan::QuickUInt64(text, ullQuick)) {
+            errno = 0;
+            char* end = nullptr;
+            EXPECT_EQ(_strtoui64(text, &end, 10), ullQuick) << text;
+            EXPECT_EQ(0, errno) << text;
+            EXPECT_EQ('\0', *end) << text;
+        }
+    }
+    long l = 0;
+    unsigned long long ull = 0;
+    EXPECT_TRUE(VTRCSVTypeScan::QuickInt("-123456789", l));
+    EXPECT_EQ(-123456789, l);
+    EXPECT_FALSE(VTRCSVTypeScan::QuickInt("1234567890", l)) << "ten digits may overflow: the long way";
+    EXPECT_TRUE(VTRCSVTypeScan::QuickUInt64("9999999999999999999", ull));
+    EXPECT_EQ(9999999999999999999ULL, ull);
+    EXPECT_FALSE(VTRCSVTypeScan::QuickUInt64("18446744073709551615", ull));
+    EXPECT_FALSE(VTRCSVTypeScan::QuickUInt64("-1", ull));
 }
 
 } // namespace
