@@ -333,8 +333,9 @@ protected:
     bool _SetSortMode(int col, bool bDesc, bool bNoResort, bool bSetImage);
     bool _SetSecondSortCol(int col, bool bNoResort);
     bool SetHeaderImage(int col, int image, bool bNoSide);
-    // The comparison of two rows under the sort state; level counts the tie-break keys taken.
-    int Compare(Row* a, Row* b, int level);
+    // The comparison of two rows under the sort state; level counts the tie-break keys taken. ia and
+    // ib are the rows' places in the array that Resort sorts, -1 when unknown.
+    int Compare(Row* a, Row* b, int level, int ia = -1, int ib = -1);
     // Recomputes each row's iLastChild when rows were added, deleted or moved since the last time.
     void UpdateTreeInfo();
     // The connecting lines of a child row in the first column.
@@ -399,9 +400,9 @@ private:
     void FillColFromArgs(Col& c, VTRBDataType type, unsigned long flags, void* e1, void* e2, void* e3,
                          unsigned long id, int col);
     void ReadCells(Row* pRow, int first, va_list args);
-    int CompareCells(Row* a, Row* b, Col const& c, int col, bool& bFinal);
+    int CompareCells(Row* a, Row* b, Col const& c, int col, bool& bFinal, int ia, int ib);
     void BuildSortRanks(Row* const* rows, int count);
-    bool RankOf(int col, void const* text, int& rank) const;
+    bool RankOf(int col, int iRow, int& rank) const;
     wchar_t const* Widen(char const* text, UINT cp);
     void OnGetDispInfo(NMHDR* pHdr, bool bWide);
     // True when the point was on a tree row's open/close picture and the row was toggled.

@@ -52,23 +52,13 @@ int TrailingStop(char const* s) {
 
 } // namespace
 
-// The ranks of a string key column's texts under the column's comparison, built once per sort of a
-// long list: the locale's case-insensitive comparison is slow, and a sort asks it many times for
-// the same few texts. Identical texts share a rank, so only the distinct texts meet that
-// comparison; equal rank means the comparison finds them equal.
+// The ranks of the rows' texts in the string key columns, built once per sort of a long list: the
+// locale's case-insensitive comparison is slow, and a sort asks it many times for the same few
+// texts. Identical texts share a rank, so only the distinct texts meet that comparison; equal rank
+// means the comparison finds them equal. Indexed by the row's place in the array being sorted.
 struct SortRanks {
-    struct Entry {
-        void const* text;
-        int rank;
-    };
-    // Open addressing by text pointer; a null text marks a free slot.
-    std::vector<Entry> cols[3];
-    size_t masks[3] = {0, 0, 0};
+    std::vector<int> rowRank[3]; // -1 where the row has no text
     int colIndex[3] = {-1, -1, -1};
-
-    static size_t Hash(void const* p) {
-        return static_cast<size_t>((reinterpret_cast<uintptr_t>(p) >> 3) * 0x9E3779B97F4A7C15ull >> 20);
-    }
 };
 
 namespace {
@@ -112,74 +102,60 @@ void VTRBListView::BuildSortRanks(Row* const* rows, int count) {
         if (col < 0 || col >= m_iColCnt || !IsRankedColumn(m_pCols[col]))
             continue;
         bool const bWide = m_pCols[col].eType == VTDT_WSTRING || m_pCols[col].eType == VTDT_LPWSTR;
-        std::vector<void const*> texts;
+        std::vector<int>& rowRank = pRanks->rowRank[k];
+        rowRank.assign(static_cast<size_t>(count), -1);
+        struct Text {
+            void const* text;
+            int iRow;
+        };
+        std::vector<Text> texts;
         texts.reserve(static_cast<size_t>(count));
         for (int i = 0; i < count; ++i)
             if (rows[i] && rows[i]->cells[col].pValue)
-                texts.push_back(rows[i]->cells[col].pValue);
+                texts.push_back(Text{rows[i]->cells[col].pValue, i});
         // Identical texts side by side; the first of each run stands for it.
         std::sort(texts.begin(), texts.end(),
-                  [bWide](void const* a, void const* b) { return RawCompare(a, b, bWide) < 0; });
-        std::vector<void const*> distinct;
-        for (void const* t : texts)
-            if (distinct.empty() || RawCompare(distinct.back(), t, bWide) != 0)
-                distinct.push_back(t);
-        std::stable_sort(distinct.begin(), distinct.end(),
-                         [bWide](void const* a, void const* b) { return LocaleCompare(a, b, bWide) < 0; });
-        // Rank of each distinct text, then of every pointer through its identical representative.
-        std::vector<SortRanks::Entry> repRanks;
+                  [bWide](Text const& a, Text const& b) { return RawCompare(a.text, b.text, bWide) < 0; });
+        struct Run {
+            size_t first, end;
+        };
+        std::vector<Run> runs;
+        for (size_t i = 0; i < texts.size(); ++i)
+            if (runs.empty() || RawCompare(texts[runs.back().first].text, texts[i].text, bWide) != 0)
+                runs.push_back(Run{i, i + 1});
+            else
+                runs.back().end = i + 1;
+        std::stable_sort(runs.begin(), runs.end(), [&texts, bWide](Run const& a, Run const& b) {
+            return LocaleCompare(texts[a.first].text, texts[b.first].text, bWide) < 0;
+        });
         int rank = 0;
-        for (size_t i = 0; i < distinct.size(); ++i) {
-            if (i > 0 && LocaleCompare(distinct[i - 1], distinct[i], bWide) != 0)
+        for (size_t r = 0; r < runs.size(); ++r) {
+            if (r > 0 && LocaleCompare(texts[runs[r - 1].first].text, texts[runs[r].first].text, bWide) != 0)
                 ++rank;
-            repRanks.push_back(SortRanks::Entry{distinct[i], rank});
+            for (size_t i = runs[r].first; i < runs[r].end; ++i)
+                rowRank[static_cast<size_t>(texts[i].iRow)] = rank;
         }
-        std::sort(repRanks.begin(), repRanks.end(),
-                  [bWide](SortRanks::Entry const& a, SortRanks::Entry const& b) {
-                      return RawCompare(a.text, b.text, bWide) < 0;
-                  });
-        size_t slots = 16;
-        while (slots < texts.size() * 2)
-            slots *= 2;
-        std::vector<SortRanks::Entry>& table = pRanks->cols[k];
-        table.assign(slots, SortRanks::Entry{nullptr, 0});
-        size_t const mask = slots - 1;
-        for (void const* t : texts) {
-            auto it = std::lower_bound(repRanks.begin(), repRanks.end(), t,
-                                       [bWide](SortRanks::Entry const& e, void const* v) {
-                                           return RawCompare(e.text, v, bWide) < 0;
-                                       });
-            size_t h = SortRanks::Hash(t) & mask;
-            while (table[h].text && table[h].text != t)
-                h = (h + 1) & mask;
-            table[h] = SortRanks::Entry{t, it->rank};
-        }
-        pRanks->masks[k] = mask;
         pRanks->colIndex[k] = col;
     }
     m_pSortRanks = pRanks;
 }
 
-bool VTRBListView::RankOf(int col, void const* text, int& rank) const {
-    if (!m_pSortRanks)
+bool VTRBListView::RankOf(int col, int iRow, int& rank) const {
+    if (!m_pSortRanks || iRow < 0)
         return false;
     for (int k = 0; k < 3; ++k) {
         if (m_pSortRanks->colIndex[k] != col)
             continue;
-        std::vector<SortRanks::Entry> const& table = m_pSortRanks->cols[k];
-        size_t const mask = m_pSortRanks->masks[k];
-        for (size_t h = SortRanks::Hash(text) & mask; table[h].text; h = (h + 1) & mask) {
-            if (table[h].text == text) {
-                rank = table[h].rank;
-                return true;
-            }
-        }
-        return false;
+        std::vector<int> const& rowRank = m_pSortRanks->rowRank[k];
+        if (static_cast<size_t>(iRow) >= rowRank.size())
+            return false;
+        rank = rowRank[static_cast<size_t>(iRow)];
+        return rank >= 0;
     }
     return false;
 }
 
-int VTRBListView::CompareCells(Row* a, Row* b, Col const& c, int col, bool& bFinal) {
+int VTRBListView::CompareCells(Row* a, Row* b, Col const& c, int col, bool& bFinal, int ia, int ib) {
     void* const va = a->cells[col].pValue;
     void* const vb = b->cells[col].pValue;
     uintptr_t const wa = reinterpret_cast<uintptr_t>(va);
@@ -223,7 +199,7 @@ int VTRBListView::CompareCells(Row* a, Row* b, Col const& c, int col, bool& bFin
             return Sign(atoi(sa + ia + 1), atoi(sb + ib + 1));
         }
         int ra = 0, rb = 0;
-        if (RankOf(col, sa, ra) && RankOf(col, sb, rb))
+        if (RankOf(col, ia, ra) && RankOf(col, ib, rb))
             return Sign(ra, rb);
         return lstrcmpiA(sa, sb);
     }
@@ -243,7 +219,7 @@ int VTRBListView::CompareCells(Row* a, Row* b, Col const& c, int col, bool& bFin
             return lstrcmpiW(ea, eb);
         }
         int ra = 0, rb = 0;
-        if (RankOf(col, sa, ra) && RankOf(col, sb, rb))
+        if (RankOf(col, ia, ra) && RankOf(col, ib, rb))
             return Sign(ra, rb);
         return lstrcmpiW(sa, sb);
     }
@@ -325,7 +301,7 @@ int VTRBListView::CompareCells(Row* a, Row* b, Col const& c, int col, bool& bFin
     }
 }
 
-int VTRBListView::Compare(Row* a, Row* b, int level) {
+int VTRBListView::Compare(Row* a, Row* b, int level, int ia, int ib) {
     if (level == 0 && m_bTreeMode && a->pParent != b->pParent) {
         // A descendant follows its ancestor, whatever the direction.
         for (Row* p = a->pParent; p; p = p->pParent)
@@ -363,7 +339,7 @@ int VTRBListView::Compare(Row* a, Row* b, int level) {
         return 0;
     }
     bool bFinal = false;
-    r = CompareCells(a, b, m_pCols[m_iSortCol], m_iSortCol, bFinal);
+    r = CompareCells(a, b, m_pCols[m_iSortCol], m_iSortCol, bFinal, ia, ib);
     if (bFinal)
         return r;
     if (r != 0)
@@ -372,11 +348,11 @@ int VTRBListView::Compare(Row* a, Row* b, int level) {
         int const first = m_iSortCol;
         if (m_wSecondSortCol != first) {
             m_iSortCol = m_wSecondSortCol;
-            r = Compare(a, b, 1);
+            r = Compare(a, b, 1, ia, ib);
         }
         if (r == 0 && m_wThirdSortCol != m_iSortCol) {
             m_iSortCol = m_wThirdSortCol;
-            r = Compare(a, b, 2);
+            r = Compare(a, b, 2, ia, ib);
         }
         m_iSortCol = first;
         if (r != 0)
@@ -506,17 +482,26 @@ bool VTRBListView::Resort(bool bKeepPosition) {
             items[static_cast<size_t>(i)] =
                 ItemState{reinterpret_cast<Row*>(lvi.lParam), lvi.iImage, lvi.iIndent, lvi.state & stateMask};
         }
-        std::vector<ItemState> sorted(items);
         std::vector<Row*> rows(static_cast<size_t>(count));
         for (int i = 0; i < count; ++i)
             rows[static_cast<size_t>(i)] = items[static_cast<size_t>(i)].pRow;
         BuildSortRanks(rows.data(), count);
-        LPARAM const self = reinterpret_cast<LPARAM>(this);
-        std::stable_sort(sorted.begin(), sorted.end(), [self](ItemState const& x, ItemState const& y) {
-            return CompareFunc(reinterpret_cast<LPARAM>(x.pRow), reinterpret_cast<LPARAM>(y.pRow), self) < 0;
+        // Places are sorted rather than the items: they move cheaply and name the rows' ranks.
+        std::vector<int> order(static_cast<size_t>(count));
+        for (int i = 0; i < count; ++i)
+            order[static_cast<size_t>(i)] = i;
+        std::stable_sort(order.begin(), order.end(), [this, &rows](int x, int y) {
+            Row* const a = rows[static_cast<size_t>(x)];
+            Row* const b = rows[static_cast<size_t>(y)];
+            if (!a || !b)
+                return (a ? 1 : 0) < (b ? 1 : 0);
+            return Compare(a, b, 0, x, y) < 0;
         });
         delete m_pSortRanks;
         m_pSortRanks = nullptr;
+        std::vector<ItemState> sorted(static_cast<size_t>(count));
+        for (int i = 0; i < count; ++i)
+            sorted[static_cast<size_t>(i)] = items[static_cast<size_t>(order[static_cast<size_t>(i)])];
         SendMessageW(m_hWnd, WM_SETREDRAW, FALSE, 0);
         for (int i = 0; i < count; ++i) {
             ItemState const& now = items[static_cast<size_t>(i)];

@@ -211,14 +211,17 @@ TEST(ListSort, LargeListOwnSortMatchesTheControlsSortExactly) {
     // same comparison. The third key is unique, so exactly one order is right.
     ListHost<> own, ctrl;
     std::mt19937 rng(7);
-    char const* names[] = {"Hamlet", "Faust", "Tosca", "Aida"};
+    // Texts that differ only in case are equal to the comparison; each row has its own copy.
+    char const* names[] = {"Hamlet", "hamlet", "Faust", "FAUST", "Tosca", "Aida", "aida ", "\xC4gypten", ""};
+    std::vector<std::string> texts(3000);
     std::vector<double> values(3000);
     for (ListHost<>* h : {&own, &ctrl})
         ASSERT_TRUE(h->list.DefineCols("S", 0, nullptr, 50, 0, VTDT_STRING, "I", 1, nullptr, 50, 0, VTDT_int,
                                        "D", 2, nullptr, 50, 0, VTDT_DOUBLE, "%.1f", kEnd));
     for (int r = 0; r < 3000; ++r) {
         values[static_cast<size_t>(r)] = static_cast<double>(rng() % 1000) + r / 4096.0;
-        char* name = const_cast<char*>(names[rng() % 4]);
+        texts[static_cast<size_t>(r)] = names[rng() % (sizeof names / sizeof *names)];
+        char* name = &texts[static_cast<size_t>(r)][0];
         int const n = static_cast<int>(rng() % 5) - 2;
         ASSERT_TRUE(own.list.AddRow(r, 0, name, n, &values[static_cast<size_t>(r)]));
         ASSERT_TRUE(ctrl.list.AddRow(r, 0, name, n, &values[static_cast<size_t>(r)]));
