@@ -3,35 +3,70 @@
 #include <cstdlib>
 #include <cstring>
 
+namespace {
+
+// Each block is preceded by the size it was cut for, so that a block of an earlier size that comes
+// back is never handed out again for a larger one.
+std::size_t const kHeader = sizeof(std::size_t) > 8 ? sizeof(std::size_t) : 8;
+
+std::size_t Stride(std::size_t size) {
+    return kHeader + (size + 7) / 8 * 8;
+}
+
+} // namespace
+
 VTRRowPool::~VTRRowPool() {
+    Release();
+}
+
+void VTRRowPool::Release() {
     for (char* p : m_chunks)
         free(p);
+    m_chunks.clear();
+    m_free.clear();
+    m_used = BLOCKS_PER_CHUNK;
 }
 
 void* VTRRowPool::Alloc(std::size_t size) {
+    if (size == 0)
+        return nullptr;
     if (size != m_size) {
         // Blocks of the old size may still be in use: their chunks stay, only reuse stops.
         m_size = size;
         m_free.clear();
         m_used = BLOCKS_PER_CHUNK;
     }
+    void* p;
     if (!m_free.empty()) {
-        void* p = m_free.back();
+        p = m_free.back();
         m_free.pop_back();
         memset(p, 0, m_size);
-        return p;
+    } else {
+        if (m_used == BLOCKS_PER_CHUNK) {
+            char* chunk = static_cast<char*>(calloc(BLOCKS_PER_CHUNK, Stride(m_size)));
+            if (!chunk)
+                return nullptr;
+            m_chunks.push_back(chunk);
+            m_used = 0;
+        }
+        char* const pBlock = m_chunks.back() + Stride(m_size) * m_used++;
+        memcpy(pBlock, &m_size, sizeof m_size);
+        p = pBlock + kHeader;
     }
-    if (m_used == BLOCKS_PER_CHUNK) {
-        char* chunk = static_cast<char*>(calloc(BLOCKS_PER_CHUNK, m_size));
-        if (!chunk)
-            return nullptr;
-        m_chunks.push_back(chunk);
-        m_used = 0;
-    }
-    return m_chunks.back() + m_size * m_used++;
+    ++m_live;
+    return p;
 }
 
 void VTRRowPool::Free(void* block) {
-    if (block)
+    if (!block || m_live == 0)
+        return;
+    if (--m_live == 0) {
+        // The list is empty: whatever sizes the chunks were cut for, none of them is needed now.
+        Release();
+        return;
+    }
+    std::size_t size = 0;
+    memcpy(&size, static_cast<char*>(block) - kHeader, sizeof size);
+    if (size == m_size)
         m_free.push_back(block);
 }

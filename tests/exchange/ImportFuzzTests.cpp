@@ -14,6 +14,8 @@
 
 #include <gtest/gtest.h>
 
+#include <psapi.h>
+
 #include <atomic>
 #include <chrono>
 #include <cstdio>
@@ -385,6 +387,13 @@ struct EngineRun : VTRCSVRowSink {
     }
 };
 
+// The process's committed memory: a run of many inputs must not keep growing it.
+size_t CommittedBytes() {
+    PROCESS_MEMORY_COUNTERS pmc{};
+    pmc.cb = sizeof pmc;
+    return K32GetProcessMemoryInfo(GetCurrentProcess(), &pmc, sizeof pmc) ? pmc.PagefileUsage : 0;
+}
+
 unsigned long long EnvNumber(char const* name, unsigned long long dflt) {
     char const* v = getenv(name);
     return v && *v ? strtoull(v, nullptr, 0) : dflt;
@@ -425,8 +434,12 @@ TEST(ImportFuzz, HostileInputNeverHurtsTheList) {
     std::unique_ptr<vtrtest::MsgBoxRecorder> boxes;
     EngineRun engine;
     unsigned long long failed = 0, questions = 0, brokenInputs = 0;
+    size_t memAfterWarmUp = 0;
+    unsigned long long const kWarmUp = 2000;
     for (unsigned long long i = first; i < first + count; ++i) {
         current = i;
+        if (i - first == kWarmUp)
+            memAfterWarmUp = CommittedBytes();
         if ((i - first) % 100000 == 0 && i > first) {
             fprintf(stderr, "fuzz progress: %llu inputs\n", i - first);
             fflush(stderr);
@@ -564,6 +577,13 @@ TEST(ImportFuzz, HostileInputNeverHurtsTheList) {
     host.list.Reset();
     EXPECT_EQ(0, host.list.iBroken) << "the last rows' blocks";
     EXPECT_EQ(0, host.list.iLive);
+    if (count >= 5 * kWarmUp && memAfterWarmUp) {
+        // What a list keeps after an import is freed by the next one: more inputs must not need
+        // more memory.
+        size_t const memAtEnd = CommittedBytes();
+        EXPECT_LT(memAtEnd, memAfterWarmUp + (64u << 20))
+            << "memory grew from " << (memAfterWarmUp >> 20) << " MB to " << (memAtEnd >> 20) << " MB";
+    }
     double const secs = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     printf(
         "fuzz: %llu inputs, seed %llu, %.1f s, %.0f inputs per minute, %llu failed imports, %llu questions\n",
