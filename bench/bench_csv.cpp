@@ -6,6 +6,8 @@
 // 0x1E) for bench_csv_python.py; run_bench_csv.sh runs both.
 #include "listview/VTRBListView.h"
 
+#include "BenchSupport.h"
+
 #include "NVLanguage.h"
 
 #include <windows.h>
@@ -18,23 +20,6 @@
 #include <vector>
 
 namespace {
-
-VTRBListView* g_pList = nullptr;
-
-LRESULT CALLBACK HostProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam) {
-    if (uMsg == WM_NOTIFY && g_pList && reinterpret_cast<NMHDR*>(lParam)->hwndFrom == g_pList->GethWnd())
-        return g_pList->HandleNotify(wParam, lParam);
-    return DefWindowProcW(hWnd, uMsg, wParam, lParam);
-}
-
-double Now() {
-    static LARGE_INTEGER freq{};
-    if (!freq.QuadPart)
-        QueryPerformanceFrequency(&freq);
-    LARGE_INTEGER t;
-    QueryPerformanceCounter(&t);
-    return static_cast<double>(t.QuadPart) / static_cast<double>(freq.QuadPart);
-}
 
 double FileMB(char const* name) {
     WIN32_FILE_ATTRIBUTE_DATA fa{};
@@ -77,19 +62,11 @@ struct Cells {
 
 int main(int argc, char** argv) {
     NVSetCurrentLangID(1033);
-    INITCOMMONCONTROLSEX icc{sizeof(icc), ICC_LISTVIEW_CLASSES};
-    InitCommonControlsEx(&icc);
-    WNDCLASSW wc{};
-    wc.lpfnWndProc = HostProc;
-    wc.hInstance = GetModuleHandleW(nullptr);
-    wc.lpszClassName = L"VTRBenchCSVHost";
-    RegisterClassW(&wc);
-    HWND hHost = CreateWindowExW(0, wc.lpszClassName, L"bench", WS_OVERLAPPEDWINDOW, 0, 0, 900, 700, nullptr,
-                                 nullptr, wc.hInstance, nullptr);
+    HWND hHost = MakeBenchHost(L"VTRBenchCSVHost", false);
     HWND hList = CreateWindowExW(0, WC_LISTVIEWW, L"", WS_CHILD | LVS_REPORT, 0, 0, 800, 600, hHost,
-                                 reinterpret_cast<HMENU>(1012), wc.hInstance, nullptr);
+                                 reinterpret_cast<HMENU>(1012), GetModuleHandleW(nullptr), nullptr);
     VTRBListView list;
-    g_pList = &list;
+    g_pBenchList = &list;
     list.Assign(hList);
     list.DefineCols("Name", 1, nullptr, 80, 0, VTDT_STRING, "City", 2, nullptr, 60, 0, VTDT_STRING, "Note", 3,
                     nullptr, 80, 0, VTDT_LPWSTR, "Qty", 4, nullptr, 40, 0, VTDT_int, "Price", 5, nullptr, 60,
@@ -127,11 +104,11 @@ int main(int argc, char** argv) {
     double tExport = 1e9, tPerField = 1e9, tExportW = 1e9, tPerFieldW = 1e9;
     wchar_t buf[1100];
     for (int round = 0; round < 3; ++round) {
-        double t0 = Now();
+        double t0 = BenchNow();
         list.ExportCSV("bench_csv_out.csv", ';', false, true);
-        tExport = std::min(tExport, Now() - t0);
+        tExport = std::min(tExport, BenchNow() - t0);
 
-        t0 = Now();
+        t0 = BenchNow();
         FILE* fp = fopen("bench_csv_field.csv", "w");
         for (int i = 0; i < static_cast<int>(n); ++i)
             for (int c = 0; c < cols; ++c) {
@@ -139,13 +116,13 @@ int main(int argc, char** argv) {
                 list.WriteCSVString(fp, buf, c + 1 < cols ? ';' : '\n');
             }
         fclose(fp);
-        tPerField = std::min(tPerField, Now() - t0);
+        tPerField = std::min(tPerField, BenchNow() - t0);
 
-        t0 = Now();
+        t0 = BenchNow();
         list.ExportCSVW("bench_csv_out_w.csv", L';', false, true, false);
-        tExportW = std::min(tExportW, Now() - t0);
+        tExportW = std::min(tExportW, BenchNow() - t0);
 
-        t0 = Now();
+        t0 = BenchNow();
         fp = _wfopen(L"bench_csv_field_w.csv", L"w, ccs=UNICODE");
         for (int i = 0; i < static_cast<int>(n); ++i)
             for (int c = 0; c < cols; ++c) {
@@ -153,7 +130,7 @@ int main(int argc, char** argv) {
                 list.WriteCSVStringW(fp, buf, c + 1 < cols ? L';' : L'\n');
             }
         fclose(fp);
-        tPerFieldW = std::min(tPerFieldW, Now() - t0);
+        tPerFieldW = std::min(tPerFieldW, BenchNow() - t0);
     }
     double const mb = FileMB("bench_csv_out.csv"), mbField = FileMB("bench_csv_field.csv");
     double const mbW = FileMB("bench_csv_out_w.csv"), mbFieldW = FileMB("bench_csv_field_w.csv");
@@ -163,7 +140,7 @@ int main(int argc, char** argv) {
          "WriteCSVStringW per field");
 
     list.UnAssign();
-    g_pList = nullptr;
+    g_pBenchList = nullptr;
     DestroyWindow(hHost);
     return 0;
 }

@@ -3,6 +3,8 @@
 // Run under Wine: cd build/bin && xvfb-run -a ../../scripts/wine-run.sh bench_listview.exe
 #include "listview/VTRBListView.h"
 
+#include "BenchSupport.h"
+
 #include <windows.h>
 #include <commctrl.h>
 
@@ -123,34 +125,7 @@ public:
     Row* RowOf(int item) { return GetRow(item); }
 };
 
-BenchList* g_pList = nullptr;
 volatile size_t g_sink = 0; // keeps the text loop from being optimised away
-wchar_t const g_wszCell[] = L"cell";
-
-LRESULT CALLBACK HostProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam) {
-    if (uMsg == WM_NOTIFY) {
-        auto* pHdr = reinterpret_cast<NMHDR*>(lParam);
-        if (g_pList && pHdr->hwndFrom == g_pList->GethWnd())
-            return g_pList->HandleNotify(wParam, lParam);
-        // The bare control: a fixed text for every cell.
-        if (pHdr->code == LVN_GETDISPINFOW) {
-            auto* pInfo = reinterpret_cast<NMLVDISPINFOW*>(lParam);
-            if ((pInfo->item.mask & LVIF_TEXT) && pInfo->item.cchTextMax > 0)
-                lstrcpynW(pInfo->item.pszText, g_wszCell, pInfo->item.cchTextMax);
-        }
-        return 0;
-    }
-    return DefWindowProcW(hWnd, uMsg, wParam, lParam);
-}
-
-double Now() {
-    static LARGE_INTEGER freq{};
-    if (!freq.QuadPart)
-        QueryPerformanceFrequency(&freq);
-    LARGE_INTEGER t;
-    QueryPerformanceCounter(&t);
-    return static_cast<double>(t.QuadPart) / static_cast<double>(freq.QuadPart);
-}
 
 HWND MakeList(HWND hParent) {
     HWND h = CreateWindowExW(0, WC_LISTVIEWW, L"", WS_CHILD | WS_VISIBLE | LVS_REPORT, 0, 0, 800, 600,
@@ -210,7 +185,7 @@ void RunBare(HWND hHost, int n, Times& out) {
     }
     SendMessageW(hBare, WM_SETREDRAW, FALSE, 0);
     std::mt19937 rng(3);
-    double t0 = Now();
+    double t0 = BenchNow();
     for (int i = 0; i < n; ++i) {
         LVITEMW lvi{};
         lvi.mask = LVIF_TEXT | LVIF_IMAGE | LVIF_PARAM;
@@ -219,13 +194,13 @@ void RunBare(HWND hHost, int n, Times& out) {
         lvi.lParam = static_cast<LPARAM>(rng() % 1000000);
         SendMessageW(hBare, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&lvi));
     }
-    out.add = Now() - t0;
-    t0 = Now();
+    out.add = BenchNow() - t0;
+    t0 = BenchNow();
     SendMessageW(hBare, LVM_SORTITEMS, 0, reinterpret_cast<LPARAM>(&IntCompare));
-    out.sort = Now() - t0;
+    out.sort = BenchNow() - t0;
     int const cells = n * 10 < 100000 ? n * 10 : 100000;
     wchar_t buf[64];
-    t0 = Now();
+    t0 = BenchNow();
     for (int i = 0; i < cells; ++i) {
         LVITEMW lvi{};
         lvi.iSubItem = i % 10;
@@ -233,14 +208,14 @@ void RunBare(HWND hHost, int n, Times& out) {
         lvi.cchTextMax = 64;
         SendMessageW(hBare, LVM_GETITEMTEXTW, static_cast<WPARAM>(i / 10), reinterpret_cast<LPARAM>(&lvi));
     }
-    out.textNs = (Now() - t0) * 1e9 / cells;
+    out.textNs = (BenchNow() - t0) * 1e9 / cells;
     DestroyWindow(hBare);
 }
 
 void RunList(HWND hHost, int n, Times& out) {
     Data data(n);
     BenchList list;
-    g_pList = &list;
+    g_pBenchList = &list;
     HWND hList = MakeList(hHost);
     list.Assign(hList);
     list.DefineCols("Show", 1, nullptr, 80, 0, VTDT_STRING, "Row", 2, nullptr, 40, 0, VTDT_int, "Price", 3,
@@ -251,32 +226,32 @@ void RunList(HWND hHost, int n, Times& out) {
     SendMessageW(hList, WM_SETREDRAW, FALSE, 0);
     g_lAllocs = 0;
     g_bCounting = true;
-    double t0 = Now();
+    double t0 = BenchNow();
     for (int i = 0; i < n; ++i) {
         size_t const k = static_cast<size_t>(i);
         list.AddRow(i, 0, const_cast<char*>(data.names[k].c_str()), data.ints[k], &data.doubles[k],
                     static_cast<unsigned>(i), 0x1803, &data.qwords[k], &data.lpints[k],
                     static_cast<int>(data.bools[k]), i & 0xFFFF, L"note");
     }
-    out.add = Now() - t0;
+    out.add = BenchNow() - t0;
     g_bCounting = false;
     out.addAllocs = g_lAllocs;
 
     list.SetSecondSortCols(1, 2);
-    t0 = Now();
+    t0 = BenchNow();
     list.SetSortMode(0, false);
-    out.sort = Now() - t0;
+    out.sort = BenchNow() - t0;
 
     int const cells = n * 10;
     std::vector<Row*> rows(static_cast<size_t>(n));
     for (int i = 0; i < n; ++i)
         rows[static_cast<size_t>(i)] = list.RowOf(i);
     size_t sink = 0;
-    t0 = Now();
+    t0 = BenchNow();
     for (int i = 0; i < n; ++i)
         for (int c = 0; c < 10; ++c)
             sink += list.Text(rows[static_cast<size_t>(i)], i, c)[0];
-    out.textNs = (Now() - t0) * 1e9 / cells;
+    out.textNs = (BenchNow() - t0) * 1e9 / cells;
     // Counted in a second pass, so that the counting does not weigh on the time.
     g_lAllocs = 0;
     g_lAllocsOther = 0;
@@ -289,7 +264,7 @@ void RunList(HWND hHost, int n, Times& out) {
     out.otherAllocs = g_lAllocsOther;
     g_sink = sink;
     list.UnAssign();
-    g_pList = nullptr;
+    g_pBenchList = nullptr;
     DestroyWindow(hList);
 }
 
@@ -328,15 +303,7 @@ bool RunChild(char const* side, int n, Times& out) {
 }
 
 HWND MakeHost() {
-    INITCOMMONCONTROLSEX icc{sizeof(icc), ICC_LISTVIEW_CLASSES};
-    InitCommonControlsEx(&icc);
-    WNDCLASSW wc{};
-    wc.lpfnWndProc = HostProc;
-    wc.hInstance = GetModuleHandleW(nullptr);
-    wc.lpszClassName = L"VTRBenchHost";
-    RegisterClassW(&wc);
-    return CreateWindowExW(0, L"VTRBenchHost", L"bench", WS_OVERLAPPEDWINDOW, 0, 0, 900, 700, nullptr,
-                           nullptr, wc.hInstance, nullptr);
+    return MakeBenchHost(L"VTRBenchHost", false);
 }
 
 } // namespace

@@ -6,6 +6,8 @@
 #include "stores/VTRBListViewStoreData.h"
 #include "stores/VTRBListViewVirtual.h"
 
+#include "BenchSupport.h"
+
 #include <windows.h>
 #include <commctrl.h>
 
@@ -20,43 +22,8 @@
 
 namespace {
 
-VTRBListView* g_pList = nullptr;
-wchar_t const g_wszCell[] = L"cell";
-
-LRESULT CALLBACK HostProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam) {
-    if (uMsg == WM_NOTIFY) {
-        auto* pHdr = reinterpret_cast<NMHDR*>(lParam);
-        if (g_pList && pHdr->hwndFrom == g_pList->GethWnd())
-            return g_pList->HandleNotify(wParam, lParam);
-        if (pHdr->code == LVN_GETDISPINFOW) {
-            auto* pInfo = reinterpret_cast<NMLVDISPINFOW*>(lParam);
-            if ((pInfo->item.mask & LVIF_TEXT) && pInfo->item.cchTextMax > 0)
-                lstrcpynW(pInfo->item.pszText, g_wszCell, pInfo->item.cchTextMax);
-        }
-        return 0;
-    }
-    return DefWindowProcW(hWnd, uMsg, wParam, lParam);
-}
-
-double Now() {
-    static LARGE_INTEGER freq{};
-    if (!freq.QuadPart)
-        QueryPerformanceFrequency(&freq);
-    LARGE_INTEGER t;
-    QueryPerformanceCounter(&t);
-    return static_cast<double>(t.QuadPart) / static_cast<double>(freq.QuadPart);
-}
-
 HWND MakeHost() {
-    INITCOMMONCONTROLSEX icc{sizeof(icc), ICC_LISTVIEW_CLASSES};
-    InitCommonControlsEx(&icc);
-    WNDCLASSW wc{};
-    wc.lpfnWndProc = HostProc;
-    wc.hInstance = GetModuleHandleW(nullptr);
-    wc.lpszClassName = L"VTRBenchStoresHost";
-    RegisterClassW(&wc);
-    return CreateWindowExW(0, L"VTRBenchStoresHost", L"bench", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 900,
-                           700, nullptr, nullptr, wc.hInstance, nullptr);
+    return MakeBenchHost(L"VTRBenchStoresHost", true);
 }
 
 HWND MakeList(HWND hParent, DWORD dwStyle) {
@@ -99,7 +66,7 @@ std::vector<Rec> MakeRecs(int n) {
 double FillStore(HWND hHost, std::vector<Rec> const& recs) {
     HWND hList = MakeList(hHost, 0);
     VTRBListViewStoreData store;
-    g_pList = &store;
+    g_pBenchList = &store;
     store.Assign(hList);
     store.DefineStructureAndCols(sizeof(Rec), OFF(szName), "Name", 1, nullptr, 80, 0, VTDT_STRING, //
                                  OFF(iQty), "Qty", 2, nullptr, 40, 0, VTDT_int,                    //
@@ -107,12 +74,12 @@ double FillStore(HWND hHost, std::vector<Rec> const& recs) {
                                  OFF(wCode), "Code", 4, nullptr, 40, 0, VTDT_WORD,                 //
                                  OFF(dwNo), "No", 5, nullptr, 40, 0, VTDT_DWORD, -1);
     SendMessageW(hList, WM_SETREDRAW, FALSE, 0);
-    double const t0 = Now();
+    double const t0 = BenchNow();
     for (size_t i = 0; i < recs.size(); ++i)
         store.AddRow(static_cast<LPARAM>(i), -1, const_cast<Rec*>(&recs[i]), false, false);
-    double const t = Now() - t0;
+    double const t = BenchNow() - t0;
     store.UnAssign();
-    g_pList = nullptr;
+    g_pBenchList = nullptr;
     DestroyWindow(hList);
     return t;
 }
@@ -120,21 +87,21 @@ double FillStore(HWND hHost, std::vector<Rec> const& recs) {
 double FillPlain(HWND hHost, std::vector<Rec> const& recs) {
     HWND hList = MakeList(hHost, 0);
     VTRBListView list;
-    g_pList = &list;
+    g_pBenchList = &list;
     list.Assign(hList);
     list.DefineCols("Name", 1, nullptr, 80, 0, VTDT_STRING, "Qty", 2, nullptr, 40, 0, VTDT_int, "Price", 3,
                     nullptr, 60, 0, VTDT_DOUBLE, "%.2f", "Code", 4, nullptr, 40, 0, VTDT_WORD, "No", 5,
                     nullptr, 40, 0, VTDT_DWORD, nullptr);
     SendMessageW(hList, WM_SETREDRAW, FALSE, 0);
-    double const t0 = Now();
+    double const t0 = BenchNow();
     for (size_t i = 0; i < recs.size(); ++i) {
         Rec const& r = recs[i];
         list.AddRow(static_cast<LPARAM>(i), -1, const_cast<char*>(r.szName), r.iQty, &r.dPrice,
                     static_cast<int>(r.wCode), static_cast<unsigned>(r.dwNo));
     }
-    double const t = Now() - t0;
+    double const t = BenchNow() - t0;
     list.UnAssign();
-    g_pList = nullptr;
+    g_pBenchList = nullptr;
     DestroyWindow(hList);
     return t;
 }
@@ -278,13 +245,13 @@ int main(int argc, char** argv) {
     MillionRows rows;
     rows.pKeys = &keys;
     rows.index = start;
-    g_pList = &rows;
+    g_pBenchList = &rows;
     rows.Assign(hList);
     rows.DefineCols("Name", 1, nullptr, 120, 0, VTDT_STRING, "Qty", 2, nullptr, 60, 0, VTDT_STRING, "Price",
                     3, nullptr, 80, 0, VTDT_STRING, nullptr);
 
     // First page: the count, then the visible cells and a paint.
-    double t0 = Now();
+    double t0 = BenchNow();
     rows.SetItemCount(static_cast<unsigned long>(n));
     int const per = static_cast<int>(SendMessageW(hList, LVM_GETCOUNTPERPAGE, 0, 0));
     wchar_t buf[256];
@@ -297,7 +264,7 @@ int main(int argc, char** argv) {
             SendMessageW(hList, LVM_GETITEMTEXTW, i, reinterpret_cast<LPARAM>(&lvi));
         }
     RedrawWindow(hList, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
-    double const firstPage = Now() - t0;
+    double const firstPage = BenchNow() - t0;
 
     HWND hBare = MakeList(hHost, LVS_OWNERDATA);
     for (int c = 0; c < 3; ++c) {
@@ -307,7 +274,7 @@ int main(int argc, char** argv) {
         SendMessageW(hBare, LVM_INSERTCOLUMNW, c, reinterpret_cast<LPARAM>(&col));
     }
     ShowWindow(hList, SW_HIDE);
-    t0 = Now();
+    t0 = BenchNow();
     SendMessageW(hBare, LVM_SETITEMCOUNT, n, LVSICF_NOINVALIDATEALL);
     for (int i = 0; i < per; ++i)
         for (int c = 0; c < 3; ++c) {
@@ -318,7 +285,7 @@ int main(int argc, char** argv) {
             SendMessageW(hBare, LVM_GETITEMTEXTW, i, reinterpret_cast<LPARAM>(&lvi));
         }
     RedrawWindow(hBare, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
-    double const bareFirstPage = Now() - t0;
+    double const bareFirstPage = BenchNow() - t0;
     DestroyWindow(hBare);
     ShowWindow(hList, SW_SHOW);
     char figure[128];
@@ -331,15 +298,15 @@ int main(int argc, char** argv) {
     rows.SetSecondSortCols(1, 2); // no sort column yet: nothing is sorted here
     for (int round = 0; round < 2; ++round) {
         std::vector<unsigned> bare = start;
-        t0 = Now();
+        t0 = BenchNow();
         keys.Sort(bare, 0, 1, 2, false);
-        sortBare = std::min(sortBare, Now() - t0);
+        sortBare = std::min(sortBare, BenchNow() - t0);
 
         rows.index = start;
-        t0 = Now();
+        t0 = BenchNow();
         rows.SetSortMode(0, false);
         RedrawWindow(hList, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
-        sortList = std::min(sortList, Now() - t0);
+        sortList = std::min(sortList, BenchNow() - t0);
         if (rows.index != bare) {
             printf("error: the list's order differs from the bare sort\n");
             return 1;
@@ -349,7 +316,7 @@ int main(int argc, char** argv) {
          "std::stable_sort of the same index and keys");
 
     rows.UnAssign();
-    g_pList = nullptr;
+    g_pBenchList = nullptr;
     DestroyWindow(hList);
     DestroyWindow(hHost);
     return 0;
