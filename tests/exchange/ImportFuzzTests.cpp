@@ -588,8 +588,11 @@ TEST(ImportFuzz, HostileInputNeverHurtsTheList) {
     printf(
         "fuzz: %llu inputs, seed %llu, %.1f s, %.0f inputs per minute, %llu failed imports, %llu questions\n",
         count, seed, secs, secs > 0 ? count * 60.0 / secs : 0.0, failed, questions);
-    EXPECT_GT(questions, 0u) << "the inputs must reach the question about a bad field";
-    EXPECT_GT(failed, 0u) << "the inputs must reach the failures";
+    if (count >= 1000) {
+        // A replay of a few inputs need not reach them; a run of many must.
+        EXPECT_GT(questions, 0u) << "the inputs must reach the question about a bad field";
+        EXPECT_GT(failed, 0u) << "the inputs must reach the failures";
+    }
 }
 
 } // namespace
