@@ -497,8 +497,7 @@ bool DlgScheduler::CreateTermine(ScheduleData& sd, long tEventDate,
         if (!lpszError) {
             ClientModuleGUIBase module; // the module's title rule picks the box's title
             module.ShowErrorMsg("%s", e.GetText());
-        }
-        else
+        } else
             StrNZCpy(lpszError, e.GetText(), cbError);
         if (pdwError)
             *pdwError = static_cast<unsigned long>(e.m_iCode);

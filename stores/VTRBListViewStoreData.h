@@ -171,8 +171,8 @@ public:
     bool ImportCSV(char const* pszFile, char cSep, int iSkipLines, bool bDefineCols, bool bAddEmptyRow,
                    char const* pszNumberTitle) override;
     // The same import from lines already open (a file or a memory block, in any encoding).
-    bool ImportCSVLines(VTRCSVLineReader& reader, char cSep, int iSkipLines, bool bDefineCols, bool bAddEmptyRow,
-                        char const* pszNumberTitle);
+    bool ImportCSVLines(VTRCSVLineReader& reader, char cSep, int iSkipLines, bool bDefineCols,
+                        bool bAddEmptyRow, char const* pszNumberTitle);
     void SetImportMaxLines(int iMaxLines) { m_iImportMaxLines = iMaxLines; }
 
 private:

@@ -35,8 +35,8 @@ public:
     // OnImportCSVField, each line ends with OnImportCSVRow.
     bool ImportCSV(char const* pszFile, char cSep, int iSkipLines, bool bDefineCols, bool bAddEmptyRow,
                    char const* pszNumberTitle) override;
-    bool ImportCSVLines(VTRCSVLineReader& reader, char cSep, int iSkipLines, bool bDefineCols, bool bAddEmptyRow,
-                        char const* pszNumberTitle);
+    bool ImportCSVLines(VTRCSVLineReader& reader, char cSep, int iSkipLines, bool bDefineCols,
+                        bool bAddEmptyRow, char const* pszNumberTitle);
 
 private:
     class CSVImportSink;
