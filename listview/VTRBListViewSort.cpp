@@ -65,6 +65,114 @@ namespace {
 
 int const kRankMinRows = 64;
 
+// Writing a row back into its item makes the control send two notifications to the parent; its own
+// sort moves items without any, but its merging grows faster than n log n. Up to this many items
+// the control moves them, into the order found here.
+int const kControlMovesMaxRows = 32768;
+
+// What the control keeps per item besides the row; it moves with the row.
+UINT const kMovingStates =
+    LVIS_SELECTED | LVIS_FOCUSED | LVIS_CUT | LVIS_DROPHILITED | LVIS_OVERLAYMASK | LVIS_STATEIMAGEMASK;
+
+struct ItemState {
+    Row* pRow;
+    int iImage;
+    int iIndent;
+    UINT state;
+};
+
+// Writes each item's new row into it, with the image, indent and states that go with the row.
+void PutRowsBack(HWND hWnd, std::vector<ItemState> const& items, std::vector<int> const& order) {
+    int const count = static_cast<int>(items.size());
+    std::vector<ItemState> sorted(static_cast<size_t>(count));
+    for (int i = 0; i < count; ++i)
+        sorted[static_cast<size_t>(i)] = items[static_cast<size_t>(order[static_cast<size_t>(i)])];
+    SendMessageW(hWnd, WM_SETREDRAW, FALSE, 0);
+    for (int i = 0; i < count; ++i) {
+        ItemState const& now = items[static_cast<size_t>(i)];
+        ItemState const& want = sorted[static_cast<size_t>(i)];
+        if (now.pRow == want.pRow)
+            continue;
+        // Only what differs is written: each field costs the control work and notifications.
+        LVITEMW lvi{};
+        lvi.mask = LVIF_PARAM;
+        lvi.iItem = i;
+        lvi.lParam = reinterpret_cast<LPARAM>(want.pRow);
+        if (want.iImage != now.iImage) {
+            lvi.mask |= LVIF_IMAGE;
+            lvi.iImage = want.iImage;
+        }
+        if (want.iIndent != now.iIndent) {
+            lvi.mask |= LVIF_INDENT;
+            lvi.iIndent = want.iIndent;
+        }
+        if (want.state != now.state) {
+            lvi.mask |= LVIF_STATE;
+            lvi.stateMask = kMovingStates;
+            lvi.state = want.state;
+        }
+        SendMessageW(hWnd, LVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&lvi));
+    }
+    SendMessageW(hWnd, WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(hWnd, nullptr, FALSE);
+}
+
+// The place each row takes in the new order, found by the row's address: the whole comparison the
+// control's sort needs.
+class RowPlaces {
+public:
+    RowPlaces(std::vector<Row*> const& rows, std::vector<int> const& order) {
+        size_t slots = 16;
+        while (slots < rows.size() * 2)
+            slots *= 2;
+        m_mask = slots - 1;
+        m_table.assign(slots, Entry{nullptr, 0});
+        for (size_t i = 0; i < order.size() && m_bValid; ++i) {
+            Row* const pRow = rows[static_cast<size_t>(order[i])];
+            if (!pRow) {
+                m_bValid = false;
+                break;
+            }
+            size_t h = Hash(pRow);
+            while (m_table[h].pRow && m_table[h].pRow != pRow)
+                h = (h + 1) & m_mask;
+            if (m_table[h].pRow)
+                m_bValid = false; // a row in two items: places by address cannot tell them apart
+            m_table[h] = Entry{pRow, static_cast<int>(i)};
+        }
+    }
+
+    // False when an item has no row or two items share one.
+    bool IsValid() const { return m_bValid; }
+
+    static int CALLBACK Compare(LPARAM row1, LPARAM row2, LPARAM self) {
+        RowPlaces const* pThis = reinterpret_cast<RowPlaces const*>(self);
+        return pThis->PlaceOf(reinterpret_cast<Row*>(row1)) - pThis->PlaceOf(reinterpret_cast<Row*>(row2));
+    }
+
+private:
+    struct Entry {
+        Row* pRow;
+        int iPlace;
+    };
+
+    size_t Hash(Row const* p) const {
+        return static_cast<size_t>((reinterpret_cast<uintptr_t>(p) >> 4) * 0x9E3779B97F4A7C15ull >> 17) &
+               m_mask;
+    }
+
+    int PlaceOf(Row* pRow) const {
+        for (size_t h = Hash(pRow); m_table[h].pRow; h = (h + 1) & m_mask)
+            if (m_table[h].pRow == pRow)
+                return m_table[h].iPlace;
+        return 0;
+    }
+
+    std::vector<Entry> m_table;
+    size_t m_mask = 0;
+    bool m_bValid = true;
+};
+
 bool IsRankedColumn(Col const& c) {
     switch (c.eType) {
     case VTDT_STRING:
@@ -463,24 +571,16 @@ bool VTRBListView::Resort(bool bKeepPosition) {
         return true;
     int const count = GetItemCount();
     if (count > 1) {
-        struct ItemState {
-            Row* pRow;
-            int iImage;
-            int iIndent;
-            UINT state;
-        };
-        UINT const stateMask = LVIS_SELECTED | LVIS_FOCUSED | LVIS_CUT | LVIS_DROPHILITED | LVIS_OVERLAYMASK |
-                               LVIS_STATEIMAGEMASK;
         std::vector<ItemState> items(static_cast<size_t>(count));
         for (int i = 0; i < count; ++i) {
             LVITEMW lvi{};
             lvi.mask = LVIF_PARAM | LVIF_IMAGE | LVIF_INDENT | LVIF_STATE;
             lvi.iItem = i;
-            lvi.stateMask = stateMask;
+            lvi.stateMask = kMovingStates;
             if (!SendMessageW(m_hWnd, LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&lvi)))
                 return false;
-            items[static_cast<size_t>(i)] =
-                ItemState{reinterpret_cast<Row*>(lvi.lParam), lvi.iImage, lvi.iIndent, lvi.state & stateMask};
+            items[static_cast<size_t>(i)] = ItemState{reinterpret_cast<Row*>(lvi.lParam), lvi.iImage,
+                                                      lvi.iIndent, lvi.state & kMovingStates};
         }
         std::vector<Row*> rows(static_cast<size_t>(count));
         for (int i = 0; i < count; ++i)
@@ -499,37 +599,15 @@ bool VTRBListView::Resort(bool bKeepPosition) {
         });
         delete m_pSortRanks;
         m_pSortRanks = nullptr;
-        std::vector<ItemState> sorted(static_cast<size_t>(count));
-        for (int i = 0; i < count; ++i)
-            sorted[static_cast<size_t>(i)] = items[static_cast<size_t>(order[static_cast<size_t>(i)])];
-        SendMessageW(m_hWnd, WM_SETREDRAW, FALSE, 0);
-        for (int i = 0; i < count; ++i) {
-            ItemState const& now = items[static_cast<size_t>(i)];
-            ItemState const& want = sorted[static_cast<size_t>(i)];
-            if (now.pRow == want.pRow)
-                continue;
-            // Only what differs is written: each field costs the control work and notifications.
-            LVITEMW lvi{};
-            lvi.mask = LVIF_PARAM;
-            lvi.iItem = i;
-            lvi.lParam = reinterpret_cast<LPARAM>(want.pRow);
-            if (want.iImage != now.iImage) {
-                lvi.mask |= LVIF_IMAGE;
-                lvi.iImage = want.iImage;
-            }
-            if (want.iIndent != now.iIndent) {
-                lvi.mask |= LVIF_INDENT;
-                lvi.iIndent = want.iIndent;
-            }
-            if (want.state != now.state) {
-                lvi.mask |= LVIF_STATE;
-                lvi.stateMask = stateMask;
-                lvi.state = want.state;
-            }
-            SendMessageW(m_hWnd, LVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&lvi));
+        bool bMoved = false;
+        if (count <= kControlMovesMaxRows) {
+            RowPlaces const places(rows, order);
+            bMoved =
+                places.IsValid() && SendMessageW(m_hWnd, LVM_SORTITEMS, reinterpret_cast<WPARAM>(&places),
+                                                 reinterpret_cast<LPARAM>(&RowPlaces::Compare));
         }
-        SendMessageW(m_hWnd, WM_SETREDRAW, TRUE, 0);
-        InvalidateRect(m_hWnd, nullptr, FALSE);
+        if (!bMoved)
+            PutRowsBack(m_hWnd, items, order);
     }
     if (!bKeepPosition) {
         int const focus =

@@ -238,6 +238,46 @@ TEST(ListSort, LargeListOwnSortMatchesTheControlsSortExactly) {
     }
 }
 
+// Long lists take the other way of moving rows: each item is written back. Images, indents,
+// selection and focus must come along there as well.
+TEST(ListSort, LongListsMoveImagesAndStatesWithTheirRows) {
+    ListHost<> h;
+    ASSERT_TRUE(
+        h.list.DefineCols("S", 0, nullptr, 50, 0, VTDT_STRING, "I", 1, nullptr, 50, 0, VTDT_int, kEnd));
+    int const n = 40000;
+    char const* names[] = {"Tosca", "aida", "Aida", "Faust"};
+    SendMessageW(h.hList, WM_SETREDRAW, FALSE, 0);
+    for (int r = 0; r < n; ++r)
+        ASSERT_TRUE(h.list.AddRow(r, r % 7, const_cast<char*>(names[(r * 7919) % 4]), static_cast<int>((r * 104729LL) % 1000)));
+    for (int item : {5, 17, 39999})
+        ListView_SetItemState(h.hList, item, LVIS_SELECTED, LVIS_SELECTED);
+    ListView_SetItemState(h.hList, 17, LVIS_FOCUSED, LVIS_FOCUSED);
+    h.list.SetSecondSortCols(1, 1);
+    for (bool bDesc : {false, true}) {
+        ASSERT_TRUE(h.list.SetSortMode(0, bDesc));
+        ExpectSortedByComparison(h);
+        std::vector<LPARAM> const order = h.Order();
+        ASSERT_EQ(static_cast<size_t>(n), order.size());
+        int iChecked = 0;
+        for (int i = 0; i < n; ++i) {
+            LVITEMW lvi{};
+            lvi.mask = LVIF_IMAGE | LVIF_STATE;
+            lvi.iItem = i;
+            lvi.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+            SendMessageW(h.hList, LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&lvi));
+            LPARAM const lp = order[static_cast<size_t>(i)];
+            UINT const want = (lp == 5 || lp == 39999 ? LVIS_SELECTED : 0u) |
+                              (lp == 17 ? (LVIS_SELECTED | LVIS_FOCUSED) : 0u);
+            if (lvi.iImage != lp % 7 || lvi.state != want) {
+                ADD_FAILURE() << "item " << i << " (row " << lp << "): image " << lvi.iImage << ", state "
+                              << lvi.state;
+                if (++iChecked > 5)
+                    break;
+            }
+        }
+    }
+}
+
 class CmpList : public TestList {
 public:
     void SetData(int item, int* p) { Get(item)->pData = p; }
