@@ -7,6 +7,9 @@
 #include <windows.h>
 #include <commctrl.h>
 
+#include <cstdio>
+#include <string>
+
 // The list whose notifications the host forwards; null while only bare controls run.
 inline VTRBListView* g_pBenchList = nullptr;
 
@@ -45,4 +48,37 @@ inline HWND MakeBenchHost(wchar_t const* lpszClass, bool bVisible) {
     RegisterClassW(&wc);
     return CreateWindowExW(0, lpszClass, L"bench", WS_OVERLAPPEDWINDOW | (bVisible ? WS_VISIBLE : 0), 0, 0,
                            900, 700, nullptr, nullptr, wc.hInstance, nullptr);
+}
+
+// Runs this program again with the given arguments and collects what it prints: each side of a
+// comparison is measured in a process of its own, so that neither pays for the other's heap.
+inline bool BenchRunSelf(char const* pszArgs, std::string& output) {
+    char self[MAX_PATH];
+    GetModuleFileNameA(nullptr, self, MAX_PATH);
+    std::string cmd = std::string("\"") + self + "\" " + pszArgs;
+    SECURITY_ATTRIBUTES sa{sizeof(sa), nullptr, TRUE};
+    HANDLE hRead = nullptr, hWrite = nullptr;
+    if (!CreatePipe(&hRead, &hWrite, &sa, 0))
+        return false;
+    SetHandleInformation(hRead, HANDLE_FLAG_INHERIT, 0);
+    STARTUPINFOA si{};
+    si.cb = sizeof(si);
+    si.dwFlags = STARTF_USESTDHANDLES;
+    si.hStdOutput = hWrite;
+    si.hStdError = GetStdHandle(STD_ERROR_HANDLE);
+    PROCESS_INFORMATION pi{};
+    BOOL const ok = CreateProcessA(nullptr, &cmd[0], nullptr, nullptr, TRUE, 0, nullptr, nullptr, &si, &pi);
+    CloseHandle(hWrite);
+    output.clear();
+    if (ok) {
+        char buf[256];
+        DWORD got = 0;
+        while (ReadFile(hRead, buf, sizeof buf, &got, nullptr) && got)
+            output.append(buf, got);
+        WaitForSingleObject(pi.hProcess, INFINITE);
+        CloseHandle(pi.hProcess);
+        CloseHandle(pi.hThread);
+    }
+    CloseHandle(hRead);
+    return ok != FALSE;
 }

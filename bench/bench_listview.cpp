@@ -270,36 +270,12 @@ void RunList(HWND hHost, int n, Times& out) {
 
 // Runs this program again for one side and reads its figures back.
 bool RunChild(char const* side, int n, Times& out) {
-    char self[MAX_PATH];
-    GetModuleFileNameA(nullptr, self, MAX_PATH);
-    char cmd[MAX_PATH + 64];
-    snprintf(cmd, sizeof cmd, "\"%s\" %s %d", self, side, n);
-    SECURITY_ATTRIBUTES sa{sizeof(sa), nullptr, TRUE};
-    HANDLE hRead = nullptr, hWrite = nullptr;
-    if (!CreatePipe(&hRead, &hWrite, &sa, 0))
-        return false;
-    SetHandleInformation(hRead, HANDLE_FLAG_INHERIT, 0);
-    STARTUPINFOA si{};
-    si.cb = sizeof(si);
-    si.dwFlags = STARTF_USESTDHANDLES;
-    si.hStdOutput = hWrite;
-    si.hStdError = GetStdHandle(STD_ERROR_HANDLE);
-    PROCESS_INFORMATION pi{};
-    BOOL ok = CreateProcessA(nullptr, cmd, nullptr, nullptr, TRUE, 0, nullptr, nullptr, &si, &pi);
-    CloseHandle(hWrite);
+    char args[64];
+    snprintf(args, sizeof args, "%s %d", side, n);
     std::string text;
-    if (ok) {
-        char buf[256];
-        DWORD got = 0;
-        while (ReadFile(hRead, buf, sizeof buf, &got, nullptr) && got)
-            text.append(buf, got);
-        WaitForSingleObject(pi.hProcess, INFINITE);
-        CloseHandle(pi.hProcess);
-        CloseHandle(pi.hThread);
-    }
-    CloseHandle(hRead);
-    return ok && sscanf(text.c_str(), "%lf %lf %lf %ld %ld %ld", &out.add, &out.sort, &out.textNs,
-                        &out.allocs, &out.addAllocs, &out.otherAllocs) == 6;
+    return BenchRunSelf(args, text) &&
+           sscanf(text.c_str(), "%lf %lf %lf %ld %ld %ld", &out.add, &out.sort, &out.textNs, &out.allocs,
+                  &out.addAllocs, &out.otherAllocs) == 6;
 }
 
 HWND MakeHost() {

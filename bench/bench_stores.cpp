@@ -176,36 +176,9 @@ public:
 // Each filling side runs in a process of its own: the platform's heap slows down as it fills, so
 // whichever side ran second would pay for the other's blocks. The child prints its seconds.
 double RunChild(char const* side) {
-    char self[MAX_PATH];
-    GetModuleFileNameA(nullptr, self, MAX_PATH);
-    char cmd[MAX_PATH + 64];
-    snprintf(cmd, sizeof cmd, "\"%s\" %s", self, side);
-    SECURITY_ATTRIBUTES sa{sizeof(sa), nullptr, TRUE};
-    HANDLE hRead = nullptr, hWrite = nullptr;
-    if (!CreatePipe(&hRead, &hWrite, &sa, 0))
-        return -1;
-    SetHandleInformation(hRead, HANDLE_FLAG_INHERIT, 0);
-    STARTUPINFOA si{};
-    si.cb = sizeof(si);
-    si.dwFlags = STARTF_USESTDHANDLES;
-    si.hStdOutput = hWrite;
-    si.hStdError = GetStdHandle(STD_ERROR_HANDLE);
-    PROCESS_INFORMATION pi{};
-    BOOL ok = CreateProcessA(nullptr, cmd, nullptr, nullptr, TRUE, 0, nullptr, nullptr, &si, &pi);
-    CloseHandle(hWrite);
     std::string text;
-    if (ok) {
-        char buf[256];
-        DWORD got = 0;
-        while (ReadFile(hRead, buf, sizeof buf, &got, nullptr) && got)
-            text.append(buf, got);
-        WaitForSingleObject(pi.hProcess, INFINITE);
-        CloseHandle(pi.hProcess);
-        CloseHandle(pi.hThread);
-    }
-    CloseHandle(hRead);
     double t = -1;
-    return ok && sscanf(text.c_str(), "%lf", &t) == 1 ? t : -1;
+    return BenchRunSelf(side, text) && sscanf(text.c_str(), "%lf", &t) == 1 ? t : -1;
 }
 
 } // namespace
