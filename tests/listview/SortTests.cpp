@@ -242,17 +242,22 @@ TEST(ListSort, LargeListOwnSortMatchesTheControlsSortExactly) {
 // selection and focus must come along there as well.
 TEST(ListSort, LongListsMoveImagesAndStatesWithTheirRows) {
     ListHost<> h;
-    ASSERT_TRUE(
-        h.list.DefineCols("S", 0, nullptr, 50, 0, VTDT_STRING, "I", 1, nullptr, 50, 0, VTDT_int, kEnd));
+    ASSERT_TRUE(h.list.DefineCols("S", 0, nullptr, 50, 0, VTDT_STRING, "I", 1, nullptr, 50, 0, VTDT_int, "D",
+                                  2, nullptr, 50, 0, VTDT_DOUBLE, "%.2f", kEnd));
     int const n = 40000;
     char const* names[] = {"Tosca", "aida", "Aida", "Faust"};
+    // The third key is unique (7919 and 40000 share no factor), so exactly one order is right.
+    std::vector<double> values(static_cast<size_t>(n));
     SendMessageW(h.hList, WM_SETREDRAW, FALSE, 0);
-    for (int r = 0; r < n; ++r)
-        ASSERT_TRUE(h.list.AddRow(r, r % 7, const_cast<char*>(names[(r * 7919) % 4]), static_cast<int>((r * 104729LL) % 1000)));
+    for (int r = 0; r < n; ++r) {
+        values[static_cast<size_t>(r)] = (r * 7919LL) % n + 0.25;
+        ASSERT_TRUE(h.list.AddRow(r, r % 7, const_cast<char*>(names[(r * 7919) % 4]),
+                                  static_cast<int>((r * 104729LL) % 1000), &values[static_cast<size_t>(r)]));
+    }
     for (int item : {5, 17, 39999})
         ListView_SetItemState(h.hList, item, LVIS_SELECTED, LVIS_SELECTED);
     ListView_SetItemState(h.hList, 17, LVIS_FOCUSED, LVIS_FOCUSED);
-    h.list.SetSecondSortCols(1, 1);
+    h.list.SetSecondSortCols(1, 2);
     for (bool bDesc : {false, true}) {
         ASSERT_TRUE(h.list.SetSortMode(0, bDesc));
         ExpectSortedByComparison(h);
