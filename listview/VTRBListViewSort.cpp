@@ -81,7 +81,8 @@ struct ItemState {
     UINT state;
 };
 
-// Writes each item's new row into it, with the image, indent and states that go with the row.
+// Writes each item's new row into it, with the image, indent and states that go with the row. An
+// item's own text (one that a client put in without a row) stays where it is.
 void PutRowsBack(HWND hWnd, std::vector<ItemState> const& items, std::vector<int> const& order) {
     int const count = static_cast<int>(items.size());
     std::vector<ItemState> sorted(static_cast<size_t>(count));
@@ -129,10 +130,10 @@ public:
         m_table.assign(slots, Entry{nullptr, 0});
         for (size_t i = 0; i < order.size() && m_bValid; ++i) {
             Row* const pRow = rows[static_cast<size_t>(order[i])];
-            if (!pRow) {
-                m_bValid = false;
-                break;
-            }
+            // Items without a row come first and keep their order among themselves; the control's
+            // merge is stable, so one place serves them all.
+            if (!pRow)
+                continue;
             size_t h = Hash(pRow);
             while (m_table[h].pRow && m_table[h].pRow != pRow)
                 h = (h + 1) & m_mask;
@@ -142,7 +143,7 @@ public:
         }
     }
 
-    // False when an item has no row or two items share one.
+    // False when two items share a row.
     bool IsValid() const { return m_bValid; }
 
     static int CALLBACK Compare(LPARAM row1, LPARAM row2, LPARAM self) {
@@ -162,6 +163,8 @@ private:
     }
 
     int PlaceOf(Row* pRow) const {
+        if (!pRow)
+            return -1;
         for (size_t h = Hash(pRow); m_table[h].pRow; h = (h + 1) & m_mask)
             if (m_table[h].pRow == pRow)
                 return m_table[h].iPlace;

@@ -283,6 +283,33 @@ TEST(ListSort, LongListsMoveImagesAndStatesWithTheirRows) {
     }
 }
 
+// An item that a client put into the control directly has no row: sorting must neither crash nor
+// lose it, and it comes first, as the comparison orders a missing row before any row.
+TEST(ListSort, ItemsWithoutARowSortFirst) {
+    ListHost<> h;
+    ASSERT_TRUE(h.list.DefineCols("S", 0, nullptr, 50, 0, VTDT_STRING, kEnd));
+    char const* names[] = {"c", "a", "b"};
+    for (int r = 0; r < 3; ++r)
+        ASSERT_TRUE(h.list.AddRow(r + 1, 0, const_cast<char*>(names[r])));
+    LVITEMW lvi{};
+    lvi.mask = LVIF_TEXT | LVIF_PARAM;
+    lvi.iItem = 1;
+    lvi.pszText = const_cast<wchar_t*>(L"raw");
+    lvi.lParam = 0;
+    ASSERT_EQ(1, SendMessageW(h.hList, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&lvi)));
+    for (bool bDesc : {false, true}) {
+        ASSERT_TRUE(h.list.SetSortMode(0, bDesc));
+        ASSERT_EQ(4, h.list.GetItemCount());
+        EXPECT_EQ(nullptr, h.list.Get(0)) << "a missing row is first in both directions";
+        EXPECT_EQ(L"raw", h.Text(0, 0)) << "the item keeps its own text";
+        std::vector<LPARAM> const order = h.Order();
+        std::vector<LPARAM> const want = bDesc ? std::vector<LPARAM>{1, 3, 2} : std::vector<LPARAM>{2, 3, 1};
+        EXPECT_EQ(want, std::vector<LPARAM>(order.begin() + 1, order.end()));
+    }
+    h.list.ClearAll();
+    EXPECT_EQ(0, h.list.GetItemCount());
+}
+
 class CmpList : public TestList {
 public:
     void SetData(int item, int* p) { Get(item)->pData = p; }
