@@ -280,18 +280,9 @@ TEST(ListRows, CheckRowSortSingleSelectionAndNarrowTextRequests) {
               ListView_GetItemState(h.hList, 0, LVIS_SELECTED | LVIS_FOCUSED))
         << "single selection moves the focus too";
 
-    char buf[16] = "?";
-    NMLVDISPINFOA info{};
-    info.hdr.hwndFrom = h.hList;
-    info.hdr.idFrom = 1012;
-    info.hdr.code = LVN_GETDISPINFOA;
-    info.item.mask = LVIF_TEXT;
-    info.item.iItem = 1;
-    info.item.iSubItem = 1;
-    info.item.pszText = buf;
-    info.item.cchTextMax = 16;
-    SendMessageW(h.dlg.hwnd(), WM_NOTIFY, 1012, (LPARAM)&info);
-    EXPECT_STREQ("one", buf);
+    bool bInBuffer = false;
+    EXPECT_EQ("one", h.AskTextA(1, 1, 16, &bInBuffer));
+    EXPECT_TRUE(bInBuffer) << "an 8-bit parent gets the text in its own buffer";
 }
 
 TEST(ListRows, WindowDestroyedFirstFreesRowsAndTheListCanBindAgain) {

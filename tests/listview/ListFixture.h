@@ -87,6 +87,26 @@ template <class List = TestList> struct ListHost {
     }
     std::string TextA(int item, int col) { return vtrtest::Utf8(Text(item, col)); }
 
+    // The text an 8-bit parent gets: LVN_GETDISPINFOA sent through the dialog, into a buffer of
+    // cchBuf characters; the text that the answer points to. pbInBuffer tells whether it was copied
+    // into the parent's buffer rather than handed over as a pointer of the list's.
+    std::string AskTextA(int item, int col, int cchBuf = 64, bool* pbInBuffer = nullptr) {
+        std::string buf(static_cast<size_t>(cchBuf), '?');
+        NMLVDISPINFOA info{};
+        info.hdr.hwndFrom = hList;
+        info.hdr.idFrom = 1012;
+        info.hdr.code = LVN_GETDISPINFOA;
+        info.item.mask = LVIF_TEXT;
+        info.item.iItem = item;
+        info.item.iSubItem = col;
+        info.item.pszText = &buf[0];
+        info.item.cchTextMax = cchBuf;
+        SendMessageW(dlg.hwnd(), WM_NOTIFY, 1012, reinterpret_cast<LPARAM>(&info));
+        if (pbInBuffer)
+            *pbInBuffer = info.item.pszText == buf.data();
+        return info.item.pszText ? std::string(info.item.pszText) : std::string("(null)");
+    }
+
     // The rows' lParam values in list order.
     std::vector<LPARAM> Order() {
         std::vector<LPARAM> out;

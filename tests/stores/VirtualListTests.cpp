@@ -60,21 +60,9 @@ TEST(VirtualList, CountAndCellTextComeFromTheClient) {
     EXPECT_GE(h.list.iTextCalls, 2);
 
     // The 8-bit request gets the text in the current code page.
-    char buf[64] = "";
-    NMLVDISPINFOA info{};
-    info.hdr.hwndFrom = h.hList;
-    info.hdr.idFrom = 1012;
-    info.hdr.code = LVN_GETDISPINFOA;
-    info.item.mask = LVIF_TEXT;
-    info.item.iItem = 1;
-    info.item.iSubItem = 1;
-    info.item.pszText = buf;
-    info.item.cchTextMax = 64;
-    h.list.HandleNotify(0, reinterpret_cast<LPARAM>(&info));
-    ASSERT_NE(nullptr, info.item.pszText);
-    EXPECT_STREQ("r10\xe9"
-                 "c1",
-                 info.item.pszText);
+    EXPECT_EQ("r10\xe9"
+              "c1",
+              h.AskTextA(1, 1));
 
     // Image and state are the client's too.
     LVITEMW lvi{};
