@@ -64,10 +64,47 @@ void ToCodePage(wchar_t const* pszText, char* out, int size) {
     out[n > 0 ? n : 0] = 0;
 }
 
+// Writes a plain ASCII text (the usual cell) straight from its wide form into out, quoted and escaped,
+// cut like ToCodePage cuts; false, with out unchanged, when the text needs the code page.
+bool AppendAsciiField(std::string& out, wchar_t const* pszText, size_t cchMax) {
+    size_t n = 0, extra = 0;
+    for (; n < cchMax && pszText[n]; ++n) {
+        wchar_t const c = pszText[n];
+        if (c >= 0x80)
+            return false;
+        extra += (c == L'\n' || c == L'\r' || c == L'"' || c == L'\\') ? 1 : 0;
+    }
+    size_t const at = out.size();
+    out.resize(at + n + extra + 2);
+    char* p = &out[at];
+    *p++ = '"';
+    for (size_t i = 0; i < n; ++i) {
+        char const c = static_cast<char>(pszText[i]);
+        if (extra && (c == '\n' || c == '\r')) {
+            *p++ = '\\';
+            *p++ = c == '\n' ? 'n' : 'r';
+        } else if (extra && (c == '"' || c == '\\')) {
+            *p++ = c;
+            *p++ = c;
+        } else {
+            *p++ = c;
+        }
+    }
+    *p = '"';
+    return true;
+}
+
 // Collects the file's bytes and writes them in large pieces; remembers the first failure.
 class CSVSink {
 public:
-    CSVSink(FILE* fp, bool bWide) : m_fp(fp), m_bWide(bWide) {}
+    CSVSink(FILE* fp, bool bWide) : m_fp(fp), m_bWide(bWide) {
+        if (bWide)
+            m_wide.reserve(kFlushBytes / sizeof(wchar_t) + 4096);
+        else
+            m_narrow.reserve(kFlushBytes + 4096);
+        // Plain ASCII is the same bytes in every code page of the system but UTF-7.
+        m_bAsciiAsIs = NVGetCurCodePage() != CP_UTF7;
+    }
 
     void Field(wchar_t const* pszText, bool bLast, wchar_t cSep) {
         if (m_bWide) {
@@ -77,8 +114,10 @@ public:
             else
                 m_wide.push_back(cSep);
         } else {
-            ToCodePage(pszText, m_szConv, sizeof m_szConv);
-            VTRAppendCSVField(m_narrow, m_szConv);
+            if (!pszText || !m_bAsciiAsIs || !AppendAsciiField(m_narrow, pszText, sizeof m_szConv - 1)) {
+                ToCodePage(pszText, m_szConv, sizeof m_szConv);
+                VTRAppendCSVField(m_narrow, m_szConv);
+            }
             if (bLast)
                 m_narrow.append("\r\n");
             else
@@ -110,6 +149,7 @@ private:
     FILE* m_fp;
     bool m_bWide;
     bool m_bOk = true;
+    bool m_bAsciiAsIs = true;
     std::string m_narrow;
     std::wstring m_wide;
     char m_szConv[1024];
@@ -313,7 +353,8 @@ bool VTRBListView::ExportRows(char const* pszFile, bool bWide, wchar_t cSep, boo
             if (!pRow || (pRow->dwFlags & VTR_ROW_SUM))
                 continue;
         }
-        if (bSelectedOnly && !(SendMessageW(m_hWnd, LVM_GETITEMSTATE, item, LVIS_SELECTED) & LVIS_SELECTED))
+        if (bSelectedOnly &&
+            !(AskControl(LVM_GETITEMSTATE, static_cast<WPARAM>(item), LVIS_SELECTED) & LVIS_SELECTED))
             continue;
         if (!OnIsInCSVexport(item))
             continue;

@@ -44,33 +44,43 @@ template <class CharT> CharT* Convert(CharT const* text) {
     return out;
 }
 
+// The field is measured first, so that it is written with one resize and no per-character growth.
 template <class CharT> void Append(std::basic_string<CharT>& out, CharT const* text) {
-    out.push_back('"');
-    if (text) {
-        for (CharT const* p = text; *p; ++p) {
-            // Runs of ordinary characters are copied in one go.
-            CharT const* run = p;
-            while (*p && *p != '\n' && *p != '\r' && *p != '"' && *p != '\\')
-                ++p;
-            out.append(run, p - run);
-            if (!*p)
-                break;
-            switch (*p) {
+    size_t n = 0, extra = 0;
+    if (text)
+        for (; text[n]; ++n)
+            extra += (text[n] == '\n' || text[n] == '\r' || text[n] == '"' || text[n] == '\\') ? 1 : 0;
+    size_t const at = out.size();
+    out.resize(at + n + extra + 2);
+    CharT* p = &out[at];
+    *p++ = '"';
+    if (extra == 0) {
+        if (n)
+            std::char_traits<CharT>::copy(p, text, n);
+        p += n;
+    } else {
+        for (size_t i = 0; i < n; ++i) {
+            CharT const c = text[i];
+            switch (c) {
             case '\n':
-                out.push_back('\\');
-                out.push_back('n');
+                *p++ = '\\';
+                *p++ = 'n';
                 break;
             case '\r':
-                out.push_back('\\');
-                out.push_back('r');
+                *p++ = '\\';
+                *p++ = 'r';
                 break;
-            default: // '"' and '\\' are doubled
-                out.push_back(*p);
-                out.push_back(*p);
+            case '"':
+            case '\\':
+                *p++ = c;
+                *p++ = c;
+                break;
+            default:
+                *p++ = c;
             }
         }
     }
-    out.push_back('"');
+    *p = '"';
 }
 
 template <class CharT> bool SkipsBlank(CharT c, CharT cSep) {

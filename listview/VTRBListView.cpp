@@ -137,7 +137,8 @@ VTRBListView::VTRBListView()
       m_bSortSumRowsLParam(false), m_iImgSortAsc(-1), m_iImgSortDesc(-1), m_hHeaderImages(nullptr),
       m_bTreeMode(false), m_bTreeIndent(false), m_clrTreeLines(GetSysColor(COLOR_3DLIGHT)),
       m_hStateImages(nullptr), m_bOwnerData(false), m_bShareImageLists(false), m_pRowPool(nullptr),
-      m_pSortRanks(nullptr), m_pfnOldProc(nullptr), m_pfnOldHeaderProc(nullptr), m_hHeader(nullptr) {
+      m_pSortRanks(nullptr), m_pfnOldProc(nullptr), m_pfnControlProc(nullptr), m_pfnOldHeaderProc(nullptr),
+      m_hHeader(nullptr) {
     m_szText[0] = 0;
     m_wszText[0] = 0;
 }
@@ -247,8 +248,13 @@ void VTRBListView::InstallHooks() {
     if (!m_pfnOldProc && m_hWnd) {
         SetPropA(m_hWnd, s_szProp, this);
         Bind(m_hWnd, this);
+        bool const bUnicodeProc = IsWindowUnicode(m_hWnd) != FALSE;
         m_pfnOldProc = reinterpret_cast<WNDPROC>(
             SetWindowLongPtrW(m_hWnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&VTRBListView::SubclassProc)));
+        // Only a Unicode class procedure is a plain function here; anything else may be a handle
+        // that just CallWindowProc understands, or a client's subclass that must see every message.
+        WNDPROC const pfnClass = reinterpret_cast<WNDPROC>(GetClassLongPtrW(m_hWnd, GCLP_WNDPROC));
+        m_pfnControlProc = bUnicodeProc && m_pfnOldProc == pfnClass ? pfnClass : nullptr;
     }
     if (!m_pfnOldHeaderProc && m_hHeader) {
         SetPropA(m_hHeader, s_szProp, this);
@@ -266,6 +272,7 @@ void VTRBListView::RemoveHooks() {
         }
         Unbind(m_hWnd);
         m_pfnOldProc = nullptr;
+        m_pfnControlProc = nullptr;
     }
     if (m_pfnOldHeaderProc) {
         if (m_hHeader && IsWindow(m_hHeader)) {
@@ -275,6 +282,15 @@ void VTRBListView::RemoveHooks() {
         Unbind(m_hHeader);
         m_pfnOldHeaderProc = nullptr;
     }
+}
+
+// Reading rows back is the list's most frequent message: a sort or an export asks once per item.
+// The dispatcher costs more than the control's answer, so while the control's own procedure sits
+// directly under ours it answers such queries itself.
+LRESULT VTRBListView::AskControl(UINT uMsg, WPARAM wParam, LPARAM lParam) {
+    if (m_pfnControlProc)
+        return m_pfnControlProc(m_hWnd, uMsg, wParam, lParam);
+    return SendMessageW(m_hWnd, uMsg, wParam, lParam);
 }
 
 LRESULT CALLBACK VTRBListView::SubclassProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam) {

@@ -407,10 +407,13 @@ private:
     void OnGetDispInfo(NMHDR* pHdr, bool bWide);
     // True when the point was on a tree row's open/close picture and the row was toggled.
     bool ToggleOnStateIcon(NMITEMACTIVATE* pNM);
+    // Sends a query the list asks itself many times over (an item's row, state or image).
+    LRESULT AskControl(UINT uMsg, WPARAM wParam, LPARAM lParam);
 
     VTRRowPool* m_pRowPool;
     struct SortRanks* m_pSortRanks; // only while Resort sorts
     WNDPROC m_pfnOldProc;
+    WNDPROC m_pfnControlProc; // the control's own procedure while nobody else subclassed it first
     WNDPROC m_pfnOldHeaderProc;
     HWND m_hHeader;
     static HINSTANCE s_hInstIcons;

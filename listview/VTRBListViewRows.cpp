@@ -35,7 +35,7 @@ Row* VTRBListView::GetRow(int item) {
     LVITEMW lvi{};
     lvi.mask = LVIF_PARAM;
     lvi.iItem = item;
-    if (!SendMessageW(m_hWnd, LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&lvi)))
+    if (!AskControl(LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&lvi)))
         return nullptr;
     return reinterpret_cast<Row*>(lvi.lParam);
 }

@@ -580,7 +580,7 @@ bool VTRBListView::Resort(bool bKeepPosition) {
             lvi.mask = LVIF_PARAM | LVIF_IMAGE | LVIF_INDENT | LVIF_STATE;
             lvi.iItem = i;
             lvi.stateMask = kMovingStates;
-            if (!SendMessageW(m_hWnd, LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&lvi)))
+            if (!AskControl(LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&lvi)))
                 return false;
             items[static_cast<size_t>(i)] = ItemState{reinterpret_cast<Row*>(lvi.lParam), lvi.iImage,
                                                       lvi.iIndent, lvi.state & kMovingStates};

@@ -313,3 +313,53 @@ TEST(ListRows, WindowDestroyedFirstFreesRowsAndTheListCanBindAgain) {
     EXPECT_TRUE(h.list.EnsureColVisible(1));
     EXPECT_FALSE(h.list.EnsureColVisible(2));
 }
+
+namespace {
+WNDPROC g_pfnBeforeClient = nullptr;
+int g_iClientRowQueries = 0;
+
+LRESULT CALLBACK ClientSubclass(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam) {
+    if (uMsg == LVM_GETITEMW)
+        ++g_iClientRowQueries;
+    return CallWindowProcW(g_pfnBeforeClient, hWnd, uMsg, wParam, lParam);
+}
+
+void AddThreeRows(TestList& list) {
+    ASSERT_TRUE(list.DefineCols("A", 1, nullptr, 40, 0, VTDT_STRING, "B", 2, nullptr, 40, 0, VTDT_int, kEnd));
+    ASSERT_TRUE(list.AddRow(10, 0, const_cast<char*>("c"), 3));
+    ASSERT_TRUE(list.AddRow(11, 0, const_cast<char*>("a"), 1));
+    ASSERT_TRUE(list.AddRow(12, 0, const_cast<char*>("b"), 2));
+}
+} // namespace
+
+TEST(ListRows, RowsReadBackWithAndWithoutAClientsOwnSubclass) {
+    ListHost<> h;
+    AddThreeRows(h.list);
+    ASSERT_TRUE(h.list.SetSortMode(1, false));
+    for (int i = 0; i < 3; ++i)
+        ASSERT_NE(nullptr, h.list.Get(i));
+    EXPECT_EQ(11, h.list.Get(0)->lParam);
+    EXPECT_EQ(12, h.list.Get(1)->lParam);
+    EXPECT_EQ(10, h.list.Get(2)->lParam);
+    EXPECT_EQ(nullptr, h.list.Get(3));
+
+    // A client that subclassed the control before binding it sees every query the list sends.
+    h.list.UnAssign();
+    g_pfnBeforeClient = reinterpret_cast<WNDPROC>(
+        SetWindowLongPtrW(h.hList, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&ClientSubclass)));
+    h.list.Assign(h.hList);
+    AddThreeRows(h.list);
+    g_iClientRowQueries = 0;
+    ASSERT_NE(nullptr, h.list.Get(2));
+    EXPECT_EQ(12, h.list.Get(2)->lParam);
+    EXPECT_GE(g_iClientRowQueries, 1);
+    int const iBeforeSort = g_iClientRowQueries;
+    ASSERT_TRUE(h.list.SetSortMode(1, true));
+    EXPECT_GE(g_iClientRowQueries - iBeforeSort, 3) << "the sort reads every item through the client";
+    EXPECT_EQ(10, h.list.Get(0)->lParam);
+    EXPECT_EQ(11, h.list.Get(2)->lParam);
+    h.list.UnAssign();
+    EXPECT_EQ(reinterpret_cast<LONG_PTR>(&ClientSubclass), GetWindowLongPtrW(h.hList, GWLP_WNDPROC))
+        << "unbinding gives the client its procedure back";
+    SetWindowLongPtrW(h.hList, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(g_pfnBeforeClient));
+}
