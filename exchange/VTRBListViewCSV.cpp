@@ -354,7 +354,7 @@ bool VTRBListView::ExportRows(char const* pszFile, bool bWide, wchar_t cSep, boo
                 continue;
         }
         if (bSelectedOnly &&
-            !(AskControl(LVM_GETITEMSTATE, static_cast<WPARAM>(item), LVIS_SELECTED) & LVIS_SELECTED))
+            !(SendToControl(LVM_GETITEMSTATE, static_cast<WPARAM>(item), LVIS_SELECTED) & LVIS_SELECTED))
             continue;
         if (!OnIsInCSVexport(item))
             continue;

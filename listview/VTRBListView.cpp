@@ -284,12 +284,20 @@ void VTRBListView::RemoveHooks() {
     }
 }
 
-// Reading rows back is the list's most frequent message: a sort or an export asks once per item.
-// The dispatcher costs more than the control's answer, so while the control's own procedure sits
-// directly under ours it answers such queries itself.
-LRESULT VTRBListView::AskControl(UINT uMsg, WPARAM wParam, LPARAM lParam) {
-    if (m_pfnControlProc)
-        return m_pfnControlProc(m_hWnd, uMsg, wParam, lParam);
+// The list talks to its control once per row when it fills, sorts or exports, and the dispatcher
+// costs more than the control's own work on such a message. While our procedure is the window's
+// and the control's own lies directly under it, nobody else could see the message on its way, and
+// the control's procedure takes it directly.
+WNDPROC VTRBListView::DirectControlProc() const {
+    if (m_pfnControlProc &&
+        GetWindowLongPtrW(m_hWnd, GWLP_WNDPROC) == reinterpret_cast<LONG_PTR>(&VTRBListView::SubclassProc))
+        return m_pfnControlProc;
+    return nullptr;
+}
+
+LRESULT VTRBListView::SendToControl(UINT uMsg, WPARAM wParam, LPARAM lParam) {
+    if (WNDPROC pfn = DirectControlProc())
+        return pfn(m_hWnd, uMsg, wParam, lParam);
     return SendMessageW(m_hWnd, uMsg, wParam, lParam);
 }
 

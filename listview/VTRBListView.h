@@ -407,8 +407,10 @@ private:
     void OnGetDispInfo(NMHDR* pHdr, bool bWide);
     // True when the point was on a tree row's open/close picture and the row was toggled.
     bool ToggleOnStateIcon(NMITEMACTIVATE* pNM);
-    // Sends a query the list asks itself many times over (an item's row, state or image).
-    LRESULT AskControl(UINT uMsg, WPARAM wParam, LPARAM lParam);
+    // A message the list sends its own control many times over (inserting, reading rows back).
+    LRESULT SendToControl(UINT uMsg, WPARAM wParam, LPARAM lParam);
+    // The control's procedure when SendToControl may call it directly, else null.
+    WNDPROC DirectControlProc() const;
 
     VTRRowPool* m_pRowPool;
     struct SortRanks* m_pSortRanks; // only while Resort sorts

@@ -26,7 +26,7 @@ void VTRBListView::FreeRow(Row* pRow) {
 }
 
 int VTRBListView::GetItemCount() {
-    return m_hWnd ? static_cast<int>(SendMessageW(m_hWnd, LVM_GETITEMCOUNT, 0, 0)) : 0;
+    return m_hWnd ? static_cast<int>(SendToControl(LVM_GETITEMCOUNT, 0, 0)) : 0;
 }
 
 Row* VTRBListView::GetRow(int item) {
@@ -35,7 +35,7 @@ Row* VTRBListView::GetRow(int item) {
     LVITEMW lvi{};
     lvi.mask = LVIF_PARAM;
     lvi.iItem = item;
-    if (!AskControl(LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&lvi)))
+    if (!SendToControl(LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&lvi)))
         return nullptr;
     return reinterpret_cast<Row*>(lvi.lParam);
 }
@@ -165,8 +165,7 @@ bool VTRBListView::AddRow_VA(LPARAM lParam, int image, void* first, va_list args
     lvi.pszText = LPSTR_TEXTCALLBACKW;
     lvi.iImage = image;
     lvi.lParam = reinterpret_cast<LPARAM>(pRow);
-    int const item =
-        static_cast<int>(SendMessageW(m_hWnd, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&lvi)));
+    int const item = static_cast<int>(SendToControl(LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&lvi)));
     m_iLastAddedItem = item;
     if (item < 0) {
         FreeRow(pRow);

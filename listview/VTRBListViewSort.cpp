@@ -82,8 +82,10 @@ struct ItemState {
 };
 
 // Writes each item's new row into it, with the image, indent and states that go with the row. An
-// item's own text (one that a client put in without a row) stays where it is.
-void PutRowsBack(HWND hWnd, std::vector<ItemState> const& items, std::vector<int> const& order) {
+// item's own text (one that a client put in without a row) stays where it is. pfnDirect, when not
+// null, is the control's own procedure, which may take the messages without the dispatcher.
+void PutRowsBack(HWND hWnd, WNDPROC pfnDirect, std::vector<ItemState> const& items,
+                 std::vector<int> const& order) {
     int const count = static_cast<int>(items.size());
     std::vector<ItemState> sorted(static_cast<size_t>(count));
     for (int i = 0; i < count; ++i)
@@ -112,7 +114,10 @@ void PutRowsBack(HWND hWnd, std::vector<ItemState> const& items, std::vector<int
             lvi.stateMask = kMovingStates;
             lvi.state = want.state;
         }
-        SendMessageW(hWnd, LVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&lvi));
+        if (pfnDirect)
+            pfnDirect(hWnd, LVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&lvi));
+        else
+            SendMessageW(hWnd, LVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&lvi));
     }
     SendMessageW(hWnd, WM_SETREDRAW, TRUE, 0);
     InvalidateRect(hWnd, nullptr, FALSE);
@@ -580,7 +585,7 @@ bool VTRBListView::Resort(bool bKeepPosition) {
             lvi.mask = LVIF_PARAM | LVIF_IMAGE | LVIF_INDENT | LVIF_STATE;
             lvi.iItem = i;
             lvi.stateMask = kMovingStates;
-            if (!AskControl(LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&lvi)))
+            if (!SendToControl(LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&lvi)))
                 return false;
             items[static_cast<size_t>(i)] = ItemState{reinterpret_cast<Row*>(lvi.lParam), lvi.iImage,
                                                       lvi.iIndent, lvi.state & kMovingStates};
@@ -610,7 +615,7 @@ bool VTRBListView::Resort(bool bKeepPosition) {
                                                  reinterpret_cast<LPARAM>(&RowPlaces::Compare));
         }
         if (!bMoved)
-            PutRowsBack(m_hWnd, items, order);
+            PutRowsBack(m_hWnd, DirectControlProc(), items, order);
     }
     if (!bKeepPosition) {
         int const focus =

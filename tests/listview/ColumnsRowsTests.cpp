@@ -343,6 +343,15 @@ TEST(ListRows, RowsReadBackWithAndWithoutAClientsOwnSubclass) {
     EXPECT_EQ(10, h.list.Get(2)->lParam);
     EXPECT_EQ(nullptr, h.list.Get(3));
 
+    // A client that subclassed the control after it was bound sees the list's messages too.
+    g_pfnBeforeClient = reinterpret_cast<WNDPROC>(
+        SetWindowLongPtrW(h.hList, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&ClientSubclass)));
+    g_iClientRowQueries = 0;
+    ASSERT_NE(nullptr, h.list.Get(1));
+    EXPECT_EQ(12, h.list.Get(1)->lParam);
+    EXPECT_EQ(2, g_iClientRowQueries);
+    SetWindowLongPtrW(h.hList, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(g_pfnBeforeClient));
+
     // A client that subclassed the control before binding it sees every query the list sends.
     h.list.UnAssign();
     g_pfnBeforeClient = reinterpret_cast<WNDPROC>(
