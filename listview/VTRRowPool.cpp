@@ -1,9 +1,18 @@
 #include "listview/VTRRowPool.h"
 
-#include <cstdlib>
+#include <windows.h>
+
 #include <cstring>
 
 namespace {
+
+// Chunks come from a heap of their own. The list control grows its item array a few entries at a
+// time and can only do so in place while nothing was placed behind the array; chunks taken from
+// the process heap kept landing there, and every later growth of the array then copied it whole.
+HANDLE ChunkHeap() {
+    static HANDLE s_hHeap = HeapCreate(0, 0, 0);
+    return s_hHeap ? s_hHeap : GetProcessHeap();
+}
 
 // Each block is preceded by the size it was cut for, so that a block of an earlier size that comes
 // back is never handed out again for a larger one.
@@ -21,7 +30,7 @@ VTRRowPool::~VTRRowPool() {
 
 void VTRRowPool::Release() {
     for (char* p : m_chunks)
-        free(p);
+        HeapFree(ChunkHeap(), 0, p);
     m_chunks.clear();
     m_free.clear();
     m_used = BLOCKS_PER_CHUNK;
@@ -43,7 +52,8 @@ void* VTRRowPool::Alloc(std::size_t size) {
         memset(p, 0, m_size);
     } else {
         if (m_used == BLOCKS_PER_CHUNK) {
-            char* chunk = static_cast<char*>(calloc(BLOCKS_PER_CHUNK, Stride(m_size)));
+            char* chunk = static_cast<char*>(
+                HeapAlloc(ChunkHeap(), HEAP_ZERO_MEMORY, BLOCKS_PER_CHUNK * Stride(m_size)));
             if (!chunk)
                 return nullptr;
             m_chunks.push_back(chunk);
