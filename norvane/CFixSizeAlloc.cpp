@@ -1,28 +1,33 @@
 #include "CFixSizeAlloc.h"
 
-#include <cstdint>
-#include <cstdlib>
+#include <windows.h>
 
 namespace {
-// Blocks are aligned for any scalar, as malloc's are.
+// Blocks are aligned for any scalar, as malloc's are (and HeapAlloc's are on 64-bit).
 constexpr int kAlign = 16;
+
+HANDLE ChunkHeap() {
+    static HANDLE s_hHeap = HeapCreate(0, 0, 0);
+    return s_hHeap ? s_hHeap : GetProcessHeap();
+}
 } // namespace
 
-CFixSizeAlloc::CFixSizeAlloc(int blockSize, bool, int blocksPerChunk, bool, CMemAllocator*, void*)
+CFixSizeAlloc::CFixSizeAlloc(int blockSize, bool, int blocksPerChunk, bool, CMemAllocator*, void* heap)
     : m_iBlockSize(((blockSize > 0 ? blockSize : 1) + kAlign - 1) / kAlign * kAlign),
-      m_iBlocksPerChunk(blocksPerChunk > 0 ? blocksPerChunk : 32) {}
+      m_iBlocksPerChunk(blocksPerChunk > 0 ? blocksPerChunk : 32), m_hHeap(heap ? heap : ChunkHeap()) {}
 
 CFixSizeAlloc::~CFixSizeAlloc() {
     for (Chunk& c : m_vChunks)
-        std::free(c.pData);
+        HeapFree(m_hHeap, 0, c.pData);
 }
 
 void* CFixSizeAlloc::Alloc() {
     if (m_vFree.empty()) {
-        auto* data =
-            static_cast<unsigned char*>(std::malloc(static_cast<size_t>(m_iBlockSize) * m_iBlocksPerChunk));
+        auto* data = static_cast<unsigned char*>(HeapAlloc(
+            m_hHeap, 0, static_cast<size_t>(m_iBlockSize) * static_cast<size_t>(m_iBlocksPerChunk)));
         if (!data)
             return nullptr;
+        m_mChunkByStart[reinterpret_cast<uintptr_t>(data)] = m_vChunks.size();
         m_vChunks.push_back(Chunk{data, std::vector<bool>(m_iBlocksPerChunk, false)});
         // Hand out the chunk from its start: push in reverse so that the lowest block is taken first.
         for (int i = m_iBlocksPerChunk - 1; i >= 0; --i)
@@ -38,19 +43,20 @@ void* CFixSizeAlloc::Alloc() {
 }
 
 bool CFixSizeAlloc::Locate(void* block, size_t& chunk, size_t& index) const {
-    auto p = reinterpret_cast<uintptr_t>(block);
-    for (size_t c = 0; c < m_vChunks.size(); ++c) {
-        auto start = reinterpret_cast<uintptr_t>(m_vChunks[c].pData);
-        uintptr_t end = start + static_cast<uintptr_t>(m_iBlockSize) * m_iBlocksPerChunk;
-        if (p >= start && p < end) {
-            if ((p - start) % m_iBlockSize)
-                return false;
-            chunk = c;
-            index = (p - start) / m_iBlockSize;
-            return true;
-        }
-    }
-    return false;
+    auto const p = reinterpret_cast<uintptr_t>(block);
+    // The last chunk starting at or before the block is the only one that can hold it.
+    auto it = m_mChunkByStart.upper_bound(p);
+    if (it == m_mChunkByStart.begin())
+        return false;
+    --it;
+    uintptr_t const start = it->first;
+    uintptr_t const end =
+        start + static_cast<uintptr_t>(m_iBlockSize) * static_cast<uintptr_t>(m_iBlocksPerChunk);
+    if (p >= end || (p - start) % static_cast<uintptr_t>(m_iBlockSize))
+        return false;
+    chunk = it->second;
+    index = (p - start) / static_cast<uintptr_t>(m_iBlockSize);
+    return true;
 }
 
 bool CFixSizeAlloc::Free(void* block) {

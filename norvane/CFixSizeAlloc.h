@@ -1,10 +1,15 @@
 // Allocator of equal-sized blocks, carved out of chunks. Free blocks are kept on a list and handed
-// out again before a new chunk is taken. Alloc does not clear the block.
+// out again before a new chunk is taken. Alloc does not clear the block. Chunks come from the heap
+// handle given as heap, or else from a heap the utility library keeps for such chunks: in the
+// process heap they would land between the small blocks of the controls (a list control's item
+// array, grown in place only while nothing lies behind it, was copied over and over).
 #pragma once
 
 #include "NVExport.h"
 
 #include <cstddef>
+#include <cstdint>
+#include <map>
 #include <vector>
 
 class CMemAllocator;
@@ -31,7 +36,9 @@ private:
     int m_iBlockSize;
     int m_iBlocksPerChunk;
     int m_iUsed = 0;
+    void* m_hHeap;
     std::vector<Chunk> m_vChunks;
+    std::map<std::uintptr_t, std::size_t> m_mChunkByStart; // a block is found in log time
     std::vector<void*> m_vFree;
 
     bool Locate(void* block, std::size_t& chunk, std::size_t& index) const;

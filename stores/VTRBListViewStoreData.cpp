@@ -100,7 +100,8 @@ bool VTRBListViewStoreData::DefineStructure(unsigned int uSize, DynaArrayTpl<int
     int* piOffsets = new (std::nothrow) int[static_cast<size_t>(iRoom)];
     if (!piOffsets)
         return false;
-    CFixSizeAlloc* pAlloc = new (std::nothrow) CFixSizeAlloc(static_cast<int>(uSize), false, 32);
+    // Chunks of a few hundred records: a store is meant for long lists.
+    CFixSizeAlloc* pAlloc = new (std::nothrow) CFixSizeAlloc(static_cast<int>(uSize), false, 256);
     if (!pAlloc) {
         delete[] piOffsets;
         return false;

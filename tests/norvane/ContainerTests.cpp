@@ -8,9 +8,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -247,6 +250,37 @@ TEST(CFixSizeAlloc, HandsOutDistinctBlocksAndTakesOnlyItsOwnBack) {
     EXPECT_FALSE(alloc.Free(&local));
     EXPECT_FALSE(alloc.Free(static_cast<char*>(*blocks.rbegin()) + 1)) << "not the start of a block";
     EXPECT_EQ(first, alloc.Alloc()) << "freed blocks are reused first";
+}
+
+TEST(CFixSizeAlloc, FindsItsBlocksAmongManyChunksInAnyOrder) {
+    CFixSizeAlloc alloc(40, false, 8, true, nullptr, nullptr);
+    std::vector<void*> blocks;
+    for (int i = 0; i < 5000; ++i) {
+        blocks.push_back(alloc.Alloc());
+        ASSERT_NE(nullptr, blocks.back());
+        std::memset(blocks.back(), 0x5A, 40);
+    }
+    // Every other block first, from the back, then the rest from the front.
+    for (size_t i = blocks.size(); i-- > 0;) {
+        if (i % 2) {
+            ASSERT_TRUE(alloc.Free(blocks[i])) << i;
+        }
+    }
+    for (size_t i = 0; i < blocks.size(); i += 2) {
+        EXPECT_FALSE(alloc.Free(static_cast<char*>(blocks[i]) + 8)) << "inside a used block";
+        ASSERT_TRUE(alloc.Free(blocks[i])) << i;
+    }
+    EXPECT_EQ(0, alloc.GetUsedCount());
+    EXPECT_FALSE(alloc.Free(blocks[4321])) << "already free";
+    uintptr_t lowest = UINTPTR_MAX;
+    for (void* p : blocks)
+        lowest = std::min(lowest, reinterpret_cast<uintptr_t>(p));
+    EXPECT_FALSE(alloc.Free(reinterpret_cast<void*>(lowest - 16))) << "before every chunk";
+    std::set<void*> again;
+    for (int i = 0; i < 5000; ++i)
+        again.insert(alloc.Alloc());
+    EXPECT_EQ(5000u, again.size()) << "the freed blocks serve again, each once";
+    EXPECT_EQ(5000, alloc.GetUsedCount());
 }
 
 } // namespace
