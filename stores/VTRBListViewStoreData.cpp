@@ -100,8 +100,11 @@ bool VTRBListViewStoreData::DefineStructure(unsigned int uSize, DynaArrayTpl<int
     int* piOffsets = new (std::nothrow) int[static_cast<size_t>(iRoom)];
     if (!piOffsets)
         return false;
-    // Chunks of a few hundred records: a store is meant for long lists.
-    CFixSizeAlloc* pAlloc = new (std::nothrow) CFixSizeAlloc(static_cast<int>(uSize), false, 256);
+    // Chunks of up to 256 records (a store is meant for long lists), but not much over 64 KB: a
+    // record of thousands of fields would otherwise take megabytes for the first row.
+    unsigned int const uPerChunk = uSize >= 65536 / 8 ? 8 : (65536 / uSize > 256 ? 256 : 65536 / uSize);
+    CFixSizeAlloc* pAlloc =
+        new (std::nothrow) CFixSizeAlloc(static_cast<int>(uSize), false, static_cast<int>(uPerChunk));
     if (!pAlloc) {
         delete[] piOffsets;
         return false;
