@@ -37,6 +37,27 @@ inline LRESULT CALLBACK BenchHostProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARA
     return DefWindowProcW(hWnd, uMsg, wParam, lParam);
 }
 
+// Ten report columns titled "C", as the bare baselines have them.
+inline void AddBareColumns(HWND hList) {
+    for (int c = 0; c < 10; ++c) {
+        LVCOLUMNW lvc{};
+        lvc.mask = LVCF_WIDTH | LVCF_TEXT;
+        lvc.cx = 60;
+        lvc.pszText = const_cast<wchar_t*>(L"C");
+        SendMessageW(hList, LVM_INSERTCOLUMNW, c, reinterpret_cast<LPARAM>(&lvc));
+    }
+}
+
+// Appends one item whose texts come through LVN_GETDISPINFO, as AddRow inserts its rows.
+inline void InsertCallbackItem(HWND hList, LPARAM lParam) {
+    LVITEMW lvi{};
+    lvi.mask = LVIF_TEXT | LVIF_IMAGE | LVIF_PARAM;
+    lvi.iItem = 0x7fffffff;
+    lvi.pszText = LPSTR_TEXTCALLBACKW;
+    lvi.lParam = lParam;
+    SendMessageW(hList, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&lvi));
+}
+
 // A top-level window of the class lpszClass (registered here) for the lists of one program.
 inline HWND MakeBenchHost(wchar_t const* lpszClass, bool bVisible) {
     INITCOMMONCONTROLSEX icc{sizeof(icc), ICC_LISTVIEW_CLASSES};

@@ -11,6 +11,8 @@
 #include "stores/VTRBListViewStoreData.h"
 #include "stores/VTRBListViewVirtual.h"
 
+#include "BenchSupport.h"
+
 #include "NVDates.h"
 #include "NVLanguage.h"
 
@@ -309,22 +311,11 @@ int main(int argc, char** argv) {
     // control, redraw off, and nothing else.
     HWND hBare = CreateWindowExW(0, WC_LISTVIEWW, L"", WS_CHILD | LVS_REPORT, 0, 0, 400, 300, hDlg, nullptr,
                                  nullptr, nullptr);
-    for (int c = 0; c < 10; ++c) {
-        LVCOLUMNW lvc{};
-        lvc.mask = LVCF_WIDTH | LVCF_TEXT;
-        lvc.cx = 60;
-        lvc.pszText = const_cast<wchar_t*>(L"C");
-        SendMessageW(hBare, LVM_INSERTCOLUMNW, c, reinterpret_cast<LPARAM>(&lvc));
-    }
+    AddBareColumns(hBare);
     SendMessageW(hBare, WM_SETREDRAW, FALSE, 0);
     t0 = std::chrono::steady_clock::now();
-    for (int i = 0; i < rows; ++i) {
-        LVITEMW lvi{};
-        lvi.mask = LVIF_TEXT | LVIF_PARAM;
-        lvi.iItem = 0x7fffffff;
-        lvi.pszText = LPSTR_TEXTCALLBACKW;
-        SendMessageW(hBare, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&lvi));
-    }
+    for (int i = 0; i < rows; ++i)
+        InsertCallbackItem(hBare, i);
     double const tBare = Seconds(t0);
     DestroyWindow(hBare);
     if (getenv("VTR_BENCH_PROFILE"))

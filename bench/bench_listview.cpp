@@ -174,26 +174,28 @@ struct Times {
     long allocs = -1, addAllocs = -1, otherAllocs = -1;
 };
 
+// A list bound to a fresh control with the ten mixed columns, redraw off, notified by the host.
+HWND BindBenchList(HWND hHost, BenchList& list) {
+    g_pBenchList = &list;
+    HWND const hList = MakeList(hHost);
+    list.Assign(hList);
+    list.DefineCols("Show", 1, nullptr, 80, 0, VTDT_STRING, "Row", 2, nullptr, 40, 0, VTDT_int, "Price", 3,
+                    nullptr, 60, 0, VTDT_DOUBLE, "%.2f", "Code", 4, nullptr, 60, 0, VTDT_DWORD, "Card", 5,
+                    nullptr, 40, 0, VTDT_CARD_DATE, "Id", 6, nullptr, 80, 0, VTDT_QWORD, "Ref", 7, nullptr,
+                    60, 0, VTDT_LPINT, "Paid", 8, nullptr, 40, 0, VTDT_bool, "Seat", 9, nullptr, 40, 0,
+                    VTDT_WORD, "Note", 10, nullptr, 60, 0, VTDT_WSTRING, static_cast<char const*>(nullptr));
+    SendMessageW(hList, WM_SETREDRAW, FALSE, 0);
+    return hList;
+}
+
 void RunBare(HWND hHost, int n, Times& out) {
     HWND hBare = MakeList(hHost);
-    for (int c = 0; c < 10; ++c) {
-        LVCOLUMNW lvc{};
-        lvc.mask = LVCF_WIDTH | LVCF_TEXT;
-        lvc.cx = 60;
-        lvc.pszText = const_cast<wchar_t*>(L"C");
-        SendMessageW(hBare, LVM_INSERTCOLUMNW, c, reinterpret_cast<LPARAM>(&lvc));
-    }
+    AddBareColumns(hBare);
     SendMessageW(hBare, WM_SETREDRAW, FALSE, 0);
     std::mt19937 rng(3);
     double t0 = BenchNow();
-    for (int i = 0; i < n; ++i) {
-        LVITEMW lvi{};
-        lvi.mask = LVIF_TEXT | LVIF_IMAGE | LVIF_PARAM;
-        lvi.iItem = 0x7fffffff;
-        lvi.pszText = LPSTR_TEXTCALLBACKW;
-        lvi.lParam = static_cast<LPARAM>(rng() % 1000000);
-        SendMessageW(hBare, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&lvi));
-    }
+    for (int i = 0; i < n; ++i)
+        InsertCallbackItem(hBare, static_cast<LPARAM>(rng() % 1000000));
     out.add = BenchNow() - t0;
     t0 = BenchNow();
     SendMessageW(hBare, LVM_SORTITEMS, 0, reinterpret_cast<LPARAM>(&IntCompare));
@@ -225,15 +227,7 @@ void RunBare(HWND hHost, int n, Times& out) {
 void RunList(HWND hHost, int n, Times& out) {
     Data data(n);
     BenchList list;
-    g_pBenchList = &list;
-    HWND hList = MakeList(hHost);
-    list.Assign(hList);
-    list.DefineCols("Show", 1, nullptr, 80, 0, VTDT_STRING, "Row", 2, nullptr, 40, 0, VTDT_int, "Price", 3,
-                    nullptr, 60, 0, VTDT_DOUBLE, "%.2f", "Code", 4, nullptr, 60, 0, VTDT_DWORD, "Card", 5,
-                    nullptr, 40, 0, VTDT_CARD_DATE, "Id", 6, nullptr, 80, 0, VTDT_QWORD, "Ref", 7, nullptr,
-                    60, 0, VTDT_LPINT, "Paid", 8, nullptr, 40, 0, VTDT_bool, "Seat", 9, nullptr, 40, 0,
-                    VTDT_WORD, "Note", 10, nullptr, 60, 0, VTDT_WSTRING, static_cast<char const*>(nullptr));
-    SendMessageW(hList, WM_SETREDRAW, FALSE, 0);
+    HWND const hList = BindBenchList(hHost, list);
     g_lAllocs = 0;
     g_bCounting = true;
     double t0 = BenchNow();
@@ -282,23 +276,10 @@ void RunList(HWND hHost, int n, Times& out) {
 // insert costs in that state, without any work of the list.
 void RunBound(HWND hHost, int n, Times& out) {
     BenchList list;
-    g_pBenchList = &list;
-    HWND hList = MakeList(hHost);
-    list.Assign(hList);
-    list.DefineCols("Show", 1, nullptr, 80, 0, VTDT_STRING, "Row", 2, nullptr, 40, 0, VTDT_int, "Price", 3,
-                    nullptr, 60, 0, VTDT_DOUBLE, "%.2f", "Code", 4, nullptr, 60, 0, VTDT_DWORD, "Card", 5,
-                    nullptr, 40, 0, VTDT_CARD_DATE, "Id", 6, nullptr, 80, 0, VTDT_QWORD, "Ref", 7, nullptr,
-                    60, 0, VTDT_LPINT, "Paid", 8, nullptr, 40, 0, VTDT_bool, "Seat", 9, nullptr, 40, 0,
-                    VTDT_WORD, "Note", 10, nullptr, 60, 0, VTDT_WSTRING, static_cast<char const*>(nullptr));
-    SendMessageW(hList, WM_SETREDRAW, FALSE, 0);
+    HWND const hList = BindBenchList(hHost, list);
     double const t0 = BenchNow();
-    for (int i = 0; i < n; ++i) {
-        LVITEMW lvi{};
-        lvi.mask = LVIF_TEXT | LVIF_IMAGE | LVIF_PARAM;
-        lvi.iItem = 0x7fffffff;
-        lvi.pszText = LPSTR_TEXTCALLBACKW;
-        SendMessageW(hList, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&lvi));
-    }
+    for (int i = 0; i < n; ++i)
+        InsertCallbackItem(hList, 0);
     out.add = BenchNow() - t0;
     list.UnAssign();
     g_pBenchList = nullptr;
