@@ -1,17 +1,18 @@
 #include "listview/VTRRowPool.h"
 
+#include "CFixSizeAlloc.h"
+
 #include <windows.h>
 
 #include <cstring>
 
 namespace {
 
-// Chunks come from a heap of their own. The list control grows its item array a few entries at a
-// time and can only do so in place while nothing was placed behind the array; chunks taken from
-// the process heap kept landing there, and every later growth of the array then copied it whole.
+// Chunks come from the utility library's chunk heap. The list control grows its item array a few
+// entries at a time and can only do so in place while nothing was placed behind the array; chunks
+// taken from the process heap kept landing there, and every later growth copied the array whole.
 HANDLE ChunkHeap() {
-    static HANDLE s_hHeap = HeapCreate(0, 0, 0);
-    return s_hHeap ? s_hHeap : GetProcessHeap();
+    return NVGetChunkHeap();
 }
 
 // Each block is preceded by the size it was cut for, so that a block of an earlier size that comes

@@ -6,15 +6,16 @@ namespace {
 // Blocks are aligned for any scalar, as malloc's are (and HeapAlloc's are on 64-bit).
 constexpr int kAlign = 16;
 
-HANDLE ChunkHeap() {
+} // namespace
+
+void* NVGetChunkHeap() {
     static HANDLE s_hHeap = HeapCreate(0, 0, 0);
     return s_hHeap ? s_hHeap : GetProcessHeap();
 }
-} // namespace
 
 CFixSizeAlloc::CFixSizeAlloc(int blockSize, bool, int blocksPerChunk, bool, CMemAllocator*, void* heap)
     : m_iBlockSize(((blockSize > 0 ? blockSize : 1) + kAlign - 1) / kAlign * kAlign),
-      m_iBlocksPerChunk(blocksPerChunk > 0 ? blocksPerChunk : 32), m_hHeap(heap ? heap : ChunkHeap()) {}
+      m_iBlocksPerChunk(blocksPerChunk > 0 ? blocksPerChunk : 32), m_hHeap(heap ? heap : NVGetChunkHeap()) {}
 
 CFixSizeAlloc::~CFixSizeAlloc() {
     for (Chunk& c : m_vChunks)

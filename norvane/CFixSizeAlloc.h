@@ -14,6 +14,10 @@
 
 class CMemAllocator;
 
+// The heap (a HANDLE) the utility library keeps for chunks of fixed-size blocks, shared by every
+// allocator of long-lived row data.
+NV_API void* NVGetChunkHeap();
+
 class NV_API CFixSizeAlloc {
 public:
     CFixSizeAlloc(int blockSize, bool unused1 = false, int blocksPerChunk = 32, bool unused2 = true,

@@ -1,4 +1,5 @@
 #include "CFixSizeAlloc.h"
+#include <windows.h>
 #include "DBaum.h"
 #include "DynaArray.h"
 #include "DynaArrayStatPtr.h"
@@ -250,6 +251,42 @@ TEST(CFixSizeAlloc, HandsOutDistinctBlocksAndTakesOnlyItsOwnBack) {
     EXPECT_FALSE(alloc.Free(&local));
     EXPECT_FALSE(alloc.Free(static_cast<char*>(*blocks.rbegin()) + 1)) << "not the start of a block";
     EXPECT_EQ(first, alloc.Alloc()) << "freed blocks are reused first";
+}
+
+namespace {
+// True when the address lies inside a block of the heap that is in use.
+bool InUseBlockOf(HANDLE hHeap, void const* p) {
+    PROCESS_HEAP_ENTRY e{};
+    bool bFound = false;
+    HeapLock(hHeap);
+    while (!bFound && HeapWalk(hHeap, &e)) {
+        auto const* start = static_cast<char const*>(e.lpData);
+        bFound = (e.wFlags & PROCESS_HEAP_ENTRY_BUSY) && p >= start && p < start + e.cbData;
+    }
+    HeapUnlock(hHeap);
+    return bFound;
+}
+} // namespace
+
+TEST(CFixSizeAlloc, ChunksComeFromTheGivenHeapOrTheLibrarysOwn) {
+    HANDLE hHeap = HeapCreate(0, 0, 0);
+    ASSERT_NE(nullptr, hHeap);
+    {
+        CFixSizeAlloc alloc(64, false, 16, true, nullptr, hHeap);
+        void* p = alloc.Alloc();
+        ASSERT_NE(nullptr, p);
+        EXPECT_TRUE(InUseBlockOf(hHeap, p));
+        EXPECT_FALSE(InUseBlockOf(GetProcessHeap(), p));
+    }
+    EXPECT_TRUE(HeapValidate(hHeap, 0, nullptr));
+    HeapDestroy(hHeap);
+
+    CFixSizeAlloc own(64, false, 16, true, nullptr, nullptr);
+    void* p = own.Alloc();
+    ASSERT_NE(nullptr, p);
+    ASSERT_NE(GetProcessHeap(), NVGetChunkHeap());
+    EXPECT_TRUE(InUseBlockOf(static_cast<HANDLE>(NVGetChunkHeap()), p));
+    EXPECT_FALSE(InUseBlockOf(GetProcessHeap(), p)) << "the control's heap stays free of row chunks";
 }
 
 TEST(CFixSizeAlloc, FindsItsBlocksAmongManyChunksInAnyOrder) {
