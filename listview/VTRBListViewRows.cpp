@@ -140,8 +140,10 @@ void VTRBListView::ReadCells(Row* pRow, int first, va_list args) {
 
 bool VTRBListView::AddRow_VA(LPARAM lParam, int image, void* first, va_list args, unsigned long flags,
                              int pos) {
-    // A dead window answers every message with 0, which would read as "inserted at index 0".
-    if (!m_hWnd || !m_pCols || !IsWindow(m_hWnd))
+    // A dead window answers every message with 0, which would read as "inserted at index 0". While
+    // our procedure is installed the control is alive: it is taken off at WM_NCDESTROY, and asking
+    // the window manager costs a trip out of the process's own code under Wine on every row.
+    if (!m_hWnd || !m_pCols || (!m_pfnOldProc && !IsWindow(m_hWnd)))
         return false;
     Row* pRow = AllocRow();
     if (!pRow)
