@@ -193,9 +193,9 @@ int main(int argc, char** argv) {
         return 0;
     }
     {
-        // Each side under the same nine memory layouts (see BenchRunSelf); its best layout counts.
+        // Each side under the same memory layouts (see BenchRunSelf); its best layout counts.
         double store = 1e9, plain = 1e9;
-        for (int layout = 0; layout < 9; ++layout) {
+        for (int layout = 0; layout < kBenchLayouts; ++layout) {
             double const s = RunChild("store", layout), p = RunChild("plain", layout);
             if (s < 0 || p < 0) {
                 printf("error: a measuring process failed\n");
