@@ -71,14 +71,16 @@ inline HWND MakeBenchHost(wchar_t const* lpszClass, bool bVisible) {
                            900, 700, nullptr, nullptr, wc.hInstance, nullptr);
 }
 
+// How many memory layouts a filling figure samples; about one in six paddings gives the list
+// control its good layout.
+inline int const kBenchLayouts = 20;
+
 // Runs this program again with the given arguments and collects what it prints: each side of a
 // comparison is measured in a process of its own, so that neither pays for the other's heap.
 // iLayout pads the child's environment: the size of the environment moves everything the process
 // allocates, and the list control's insert time alone swings by 1.5x or more with it (its item array
 // is grown and copied, in place or not, depending on what lies behind it). Measuring each side under
 // several paddings keeps one lucky or unlucky layout from deciding a ratio.
-inline int const kBenchLayouts = 20; // about one in six paddings gives the control its good layout
-
 inline bool BenchRunSelf(char const* pszArgs, std::string& output, int iLayout = 0) {
     std::string pad(static_cast<size_t>(iLayout) * 56, 'x');
     SetEnvironmentVariableA("VTR_BENCH_LAYOUT", iLayout > 0 ? pad.c_str() : nullptr);
