@@ -8,13 +8,6 @@
 
 namespace {
 
-// Chunks come from the utility library's chunk heap. The list control grows its item array a few
-// entries at a time and can only do so in place while nothing was placed behind the array; chunks
-// taken from the process heap kept landing there, and every later growth copied the array whole.
-HANDLE ChunkHeap() {
-    return NVGetChunkHeap();
-}
-
 // Each block is preceded by the size it was cut for, so that a block of an earlier size that comes
 // back is never handed out again for a larger one.
 std::size_t const kHeader = sizeof(std::size_t) > 8 ? sizeof(std::size_t) : 8;
@@ -31,7 +24,7 @@ VTRRowPool::~VTRRowPool() {
 
 void VTRRowPool::Release() {
     for (char* p : m_chunks)
-        HeapFree(ChunkHeap(), 0, p);
+        HeapFree(NVGetChunkHeap(), 0, p);
     m_chunks.clear();
     m_free.clear();
     m_used = BLOCKS_PER_CHUNK;
@@ -53,8 +46,11 @@ void* VTRRowPool::Alloc(std::size_t size) {
         memset(p, 0, m_size);
     } else {
         if (m_used == BLOCKS_PER_CHUNK) {
+            // Chunks come from the utility library's chunk heap. The list control grows its item
+            // array a few entries at a time and can only do so in place while nothing lies behind
+            // it; chunks from the process heap kept landing there, and every growth copied the array.
             char* chunk = static_cast<char*>(
-                HeapAlloc(ChunkHeap(), HEAP_ZERO_MEMORY, BLOCKS_PER_CHUNK * Stride(m_size)));
+                HeapAlloc(NVGetChunkHeap(), HEAP_ZERO_MEMORY, BLOCKS_PER_CHUNK * Stride(m_size)));
             if (!chunk)
                 return nullptr;
             m_chunks.push_back(chunk);

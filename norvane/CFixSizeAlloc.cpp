@@ -5,7 +5,6 @@
 namespace {
 // Blocks are aligned for any scalar, as malloc's are (and HeapAlloc's are on 64-bit).
 constexpr int kAlign = 16;
-
 } // namespace
 
 void* NVGetChunkHeap() {

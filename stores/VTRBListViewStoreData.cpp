@@ -2,6 +2,7 @@
 
 #include "NVLanguage.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -102,9 +103,8 @@ bool VTRBListViewStoreData::DefineStructure(unsigned int uSize, DynaArrayTpl<int
         return false;
     // Chunks of up to 256 records (a store is meant for long lists), but not much over 64 KB: a
     // record of thousands of fields would otherwise take megabytes for the first row.
-    unsigned int const uPerChunk = uSize >= 65536 / 8 ? 8 : (65536 / uSize > 256 ? 256 : 65536 / uSize);
-    CFixSizeAlloc* pAlloc =
-        new (std::nothrow) CFixSizeAlloc(static_cast<int>(uSize), false, static_cast<int>(uPerChunk));
+    int const iPerChunk = static_cast<int>(std::clamp(65536u / uSize, 8u, 256u));
+    CFixSizeAlloc* pAlloc = new (std::nothrow) CFixSizeAlloc(static_cast<int>(uSize), false, iPerChunk);
     if (!pAlloc) {
         delete[] piOffsets;
         return false;

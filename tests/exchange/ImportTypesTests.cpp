@@ -13,6 +13,19 @@
 
 namespace {
 
+// Where the quick reader takes a text, it reads what the C runtime reads: the whole text, in range.
+template <class T, class Quick, class Runtime>
+void ExpectQuickReadsAsRuntime(char const* text, Quick quick, Runtime runtime) {
+    T value = 0;
+    if (!quick(text, value))
+        return;
+    errno = 0;
+    char* end = nullptr;
+    EXPECT_EQ(runtime(text, &end), value) << text;
+    EXPECT_EQ(0, errno) << text;
+    EXPECT_EQ('\0', *end) << text;
+}
+
 // Scans the lines as an 8-bit file and, for the same text, as a wide one; both must agree on
 // everything but the text type.
 struct Scanned {
@@ -226,22 +239,11 @@ TEST(ImportTypes, PlainShapesReadAsTheGeneralParsersDo) {
                                    "9999999999999999999",
                                    "18446744073709551615"};
     for (char const* text : numbers) {
-        long lQuick = 0;
-        if (VTRCSVTypeScan::QuickInt(text, lQuick)) {
-            errno = 0;
-            char* end = nullptr;
-            EXPECT_EQ(strtol(text, &end, 10), lQuick) << text;
-            EXPECT_EQ(0, errno) << text;
-            EXPECT_EQ('\0', *end) << text;
-        }
-        unsigned long long ullQuick = 0;
-        if (VTRCSVTypeScan::QuickUInt64(text, ullQuick)) {
-            errno = 0;
-            char* end = nullptr;
-            EXPECT_EQ(_strtoui64(text, &end, 10), ullQuick) << text;
-            EXPECT_EQ(0, errno) << text;
-            EXPECT_EQ('\0', *end) << text;
-        }
+        ExpectQuickReadsAsRuntime<long>(text, VTRCSVTypeScan::QuickInt,
+                                        [](char const* p, char** end) { return strtol(p, end, 10); });
+        ExpectQuickReadsAsRuntime<unsigned long long>(
+            text, VTRCSVTypeScan::QuickUInt64,
+            [](char const* p, char** end) { return _strtoui64(p, end, 10); });
     }
     long l = 0;
     unsigned long long ull = 0;
