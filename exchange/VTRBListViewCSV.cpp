@@ -1,6 +1,7 @@
 // CSV export of a list: the rows as they stand in the control, columns in index order, through the
 // shared text format of VTRCSVFormat.
 #include "exchange/VTRCSVFormat.h"
+#include "exchange/VTRCSVSink.h"
 #include "frame/VTRStringIds.h"
 #include "frame/VTRStringTable.h"
 #include "listview/VTRBListView.h"
@@ -14,148 +15,6 @@
 #include <new>
 #include <string>
 #include <vector>
-
-namespace {
-
-// Files are built in memory and written in large pieces: one write per field would cost more than
-// everything else the export does.
-size_t const kFlushBytes = 256 * 1024;
-
-DWORD ConvertFlags(UINT cp) {
-    // The UTF code pages refuse every flag but WC_ERR_INVALID_CHARS.
-    return (cp == CP_UTF8 || cp == CP_UTF7) ? 0 : WC_COMPOSITECHECK;
-}
-
-// The text in the current code page, cut to what fits into the 1024 bytes of out.
-void ToCodePage(wchar_t const* pszText, char* out, int size) {
-    out[0] = 0;
-    if (!pszText || !*pszText)
-        return;
-    UINT const cp = static_cast<UINT>(NVGetCurCodePage());
-    // Plain ASCII is the same bytes in every code page of the system but UTF-7, and the conversion
-    // call costs more than the rest of writing a cell.
-    if (cp != CP_UTF7) {
-        int i = 0;
-        while (i < size - 1 && pszText[i] && pszText[i] < 0x80) {
-            out[i] = static_cast<char>(pszText[i]);
-            ++i;
-        }
-        if (!pszText[i]) {
-            out[i] = 0;
-            return;
-        }
-    }
-    DWORD const dwFlags = ConvertFlags(cp);
-    if (WideCharToMultiByte(cp, dwFlags, pszText, -1, out, size, nullptr, nullptr) > 0)
-        return;
-    // Too long: take as many characters as fit, never half of a surrogate pair.
-    int len = static_cast<int>(wcslen(pszText));
-    while (len > 0) {
-        int const need = WideCharToMultiByte(cp, dwFlags, pszText, len, nullptr, 0, nullptr, nullptr);
-        if (need > 0 && need < size)
-            break;
-        int const over = need > size ? (need - size + 1) / 4 : 0;
-        len -= over > 1 ? over : 1;
-        if (len > 0 && IS_HIGH_SURROGATE(pszText[len - 1]))
-            --len;
-    }
-    int const n =
-        len > 0 ? WideCharToMultiByte(cp, dwFlags, pszText, len, out, size - 1, nullptr, nullptr) : 0;
-    out[n > 0 ? n : 0] = 0;
-}
-
-// Writes a plain ASCII text (the usual cell) straight from its wide form into out, quoted and escaped,
-// cut like ToCodePage cuts; false, with out unchanged, when the text needs the code page.
-bool AppendAsciiField(std::string& out, wchar_t const* pszText, size_t cchMax) {
-    size_t n = 0, extra = 0;
-    for (; n < cchMax && pszText[n]; ++n) {
-        wchar_t const c = pszText[n];
-        if (c >= 0x80)
-            return false;
-        extra += (c == L'\n' || c == L'\r' || c == L'"' || c == L'\\') ? 1 : 0;
-    }
-    size_t const at = out.size();
-    out.resize(at + n + extra + 2);
-    char* p = &out[at];
-    *p++ = '"';
-    for (size_t i = 0; i < n; ++i) {
-        char const c = static_cast<char>(pszText[i]);
-        if (extra && (c == '\n' || c == '\r')) {
-            *p++ = '\\';
-            *p++ = c == '\n' ? 'n' : 'r';
-        } else if (extra && (c == '"' || c == '\\')) {
-            *p++ = c;
-            *p++ = c;
-        } else {
-            *p++ = c;
-        }
-    }
-    *p = '"';
-    return true;
-}
-
-// Collects the file's bytes and writes them in large pieces; remembers the first failure.
-class CSVSink {
-public:
-    CSVSink(FILE* fp, bool bWide) : m_fp(fp), m_bWide(bWide) {
-        if (bWide)
-            m_wide.reserve(kFlushBytes / sizeof(wchar_t) + 4096);
-        else
-            m_narrow.reserve(kFlushBytes + 4096);
-        // Plain ASCII is the same bytes in every code page of the system but UTF-7.
-        m_bAsciiAsIs = NVGetCurCodePage() != CP_UTF7;
-    }
-
-    void Field(wchar_t const* pszText, bool bLast, wchar_t cSep) {
-        if (m_bWide) {
-            VTRAppendCSVField(m_wide, pszText ? pszText : L"");
-            if (bLast)
-                m_wide.append(L"\r\n");
-            else
-                m_wide.push_back(cSep);
-        } else {
-            if (!pszText || !m_bAsciiAsIs || !AppendAsciiField(m_narrow, pszText, sizeof m_szConv - 1)) {
-                ToCodePage(pszText, m_szConv, sizeof m_szConv);
-                VTRAppendCSVField(m_narrow, m_szConv);
-            }
-            if (bLast)
-                m_narrow.append("\r\n");
-            else
-                m_narrow.push_back(static_cast<char>(cSep));
-        }
-        if (Pending() >= kFlushBytes)
-            Flush();
-    }
-
-    void Raw(void const* pData, size_t size) {
-        if (m_bOk && fwrite(pData, 1, size, m_fp) != size)
-            m_bOk = false;
-    }
-
-    bool Flush() {
-        if (m_bWide) {
-            Raw(m_wide.data(), m_wide.size() * sizeof(wchar_t));
-            m_wide.clear();
-        } else {
-            Raw(m_narrow.data(), m_narrow.size());
-            m_narrow.clear();
-        }
-        return m_bOk;
-    }
-
-private:
-    size_t Pending() const { return m_bWide ? m_wide.size() * sizeof(wchar_t) : m_narrow.size(); }
-
-    FILE* m_fp;
-    bool m_bWide;
-    bool m_bOk = true;
-    bool m_bAsciiAsIs = true;
-    std::string m_narrow;
-    std::wstring m_wide;
-    char m_szConv[1024];
-};
-
-} // namespace
 
 // ---------------------------------------------------------------- text format
 
@@ -180,7 +39,7 @@ bool VTRBListView::WriteCSVString(FILE* fp, char const* pszText, char cEnd) {
 
 bool VTRBListView::WriteCSVString(FILE* fp, wchar_t const* pszText, char cEnd) {
     char szText[1024];
-    ToCodePage(pszText, szText, sizeof szText);
+    VTRToCodePage(pszText, szText, sizeof szText);
     return WriteCSVString(fp, szText, cEnd);
 }
 
@@ -326,7 +185,7 @@ bool VTRBListView::ExportRows(char const* pszFile, bool bWide, wchar_t cSep, boo
         if (IsExportColVisible(col))
             cols.push_back(col);
 
-    CSVSink sink(fp, bWide);
+    VTRCSVSink sink(fp, bWide);
     if (bWide)
         sink.Raw("\xFF\xFE", 2);
     if (bHeader && !cols.empty()) {
@@ -371,7 +230,7 @@ bool VTRBListView::ExportRows(char const* pszFile, bool bWide, wchar_t cSep, boo
             sink.Field(pszText, i + 1 == cols.size(), cSep);
         }
     }
-    bool const bWritten = sink.Flush();
+    bool const bWritten = sink.Finish();
     bool const bClosed = fclose(fp) == 0;
     if (!bWritten || !bClosed) {
         ErrMsg(hParent, VTRStringTable::GetText(IDS_VTR_FILE_WRITE_AFTER), pszFile);

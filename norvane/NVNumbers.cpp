@@ -345,7 +345,9 @@ bool SignificantDigits(double v, unsigned long long& digits, int& exponent) {
         return pow10;
     }();
     unsigned long long const low = 100000000000000ULL, high = 1000000000000000ULL;
-    int e10 = static_cast<int>(std::floor(std::log10(v)));
+    // v lies in [2^(e2-1), 2^e2), so its decimal exponent is this estimate or one more; the loop
+    // settles it without a logarithm.
+    int e10 = static_cast<int>(std::floor((e2 - 1) * 0.30102999566398120));
     for (int tries = 0; tries < 3; ++tries) {
         int const s = 14 - e10;
         if (s < 0 || s > 22)

@@ -270,3 +270,62 @@ TEST(CSVExport, LongCellsAreCutToTheBufferInTheCodePageForm) {
     EXPECT_EQ("\"" + std::string(firstEnd - 2, 'a') + "\"", bytes.substr(0, firstEnd));
     EXPECT_EQ("\"" + longMixed + "\"\r\n", bytes.substr(firstEnd + 2));
 }
+
+namespace {
+
+std::wstring Escaped(std::wstring const& text) {
+    std::wstring out = L"\"";
+    for (wchar_t c : text) {
+        if (c == L'"' || c == L'\\')
+            out += c;
+        out += c;
+    }
+    return out + L"\"";
+}
+
+std::string Bytes(std::wstring const& text, bool bWide) {
+    std::string out;
+    for (wchar_t c : text) {
+        out.push_back(static_cast<char>(c & 0xFF));
+        if (bWide)
+            out.push_back(static_cast<char>(c >> 8));
+    }
+    return out;
+}
+
+} // namespace
+
+// The file is built in pieces of a few hundred kilobytes: rows and a single text longer than a piece
+// must come out whole and in order.
+TEST(CSVExport, FilesOfManyPiecesAndTextsLongerThanAPieceComeOutWhole) {
+    ListHost<ExportList> h;
+    ASSERT_TRUE(
+        h.list.DefineCols("A", 1, nullptr, 60, 0, VTDT_LPWSTR, "B", 2, nullptr, 40, 0, VTDT_int, nullptr));
+    std::wstring huge;
+    for (int i = 0; i < 300000; ++i)
+        huge += (i % 1000 == 999) ? L'"' : static_cast<wchar_t>(L'a' + i % 26);
+    std::vector<std::wstring> notes(20000);
+    SendMessageW(h.hList, WM_SETREDRAW, FALSE, 0);
+    ASSERT_TRUE(h.list.AddRow(0, -1, const_cast<wchar_t*>(huge.c_str()), -7));
+    for (size_t i = 0; i < notes.size(); ++i) {
+        notes[i] = L"row " + std::to_wstring(i) + L" \\ \"x\"";
+        ASSERT_TRUE(h.list.AddRow(static_cast<LPARAM>(i + 1), -1, const_cast<wchar_t*>(notes[i].c_str()),
+                                  static_cast<int>(i)));
+    }
+    std::wstring wide = Escaped(huge) + L";\"-7\"\r\n",
+                 narrow = Escaped(huge.substr(0, 1023)) + L";\"-7\"\r\n";
+    for (size_t i = 0; i < notes.size(); ++i) {
+        std::wstring const line = Escaped(notes[i]) + L";\"" + std::to_wstring(i) + L"\"\r\n";
+        wide += line;
+        narrow += line;
+    }
+    TempDir dir;
+    ASSERT_TRUE(h.list.ExportCSVW(dir.File("w.csv").c_str(), L';', false, false, false));
+    std::string const bytesW = ReadFileBytes(dir.File("w.csv"));
+    EXPECT_GT(bytesW.size(), 3u * 256 * 1024);
+    EXPECT_TRUE(bytesW == "\xFF\xFE" + Bytes(wide, true));
+    ASSERT_TRUE(h.list.ExportCSV(dir.File("n.csv").c_str(), ';', false, false));
+    std::string const bytes = ReadFileBytes(dir.File("n.csv"));
+    EXPECT_GT(bytes.size(), 2u * 256 * 1024);
+    EXPECT_TRUE(bytes == Bytes(narrow, false));
+}
