@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <cwchar>
+#include <string>
+#include <type_traits>
 
 VTRCSVSeparator const g_VTRCSVSeparators[4] = {{";", ';'}, {",", ','}, {"|", '|'}, {"<TAB>", '\t'}};
 
@@ -16,71 +18,11 @@ template <class CharT> CharT* Convert(CharT const* text) {
         return nullptr;
     CharT* p = out;
     *p++ = '"';
-    for (size_t i = 0; i < n; ++i) {
-        CharT c = text[i];
-        switch (c) {
-        case '\n':
-            *p++ = '\\';
-            *p++ = 'n';
-            break;
-        case '\r':
-            *p++ = '\\';
-            *p++ = 'r';
-            break;
-        case '"':
-            *p++ = '"';
-            *p++ = '"';
-            break;
-        case '\\':
-            *p++ = '\\';
-            *p++ = '\\';
-            break;
-        default:
-            *p++ = c;
-        }
-    }
+    for (size_t i = 0; i < n; ++i)
+        p = VTRPutCSVChar(p, static_cast<std::make_unsigned_t<CharT>>(text[i]));
     *p++ = '"';
     *p = 0;
     return out;
-}
-
-// The field is measured first, so that it is written with one resize and no per-character growth.
-template <class CharT> void Append(std::basic_string<CharT>& out, CharT const* text) {
-    size_t n = 0, extra = 0;
-    if (text)
-        for (; text[n]; ++n)
-            extra += (text[n] == '\n' || text[n] == '\r' || text[n] == '"' || text[n] == '\\') ? 1 : 0;
-    size_t const at = out.size();
-    out.resize(at + n + extra + 2);
-    CharT* p = &out[at];
-    *p++ = '"';
-    if (extra == 0) {
-        if (n)
-            std::char_traits<CharT>::copy(p, text, n);
-        p += n;
-    } else {
-        for (size_t i = 0; i < n; ++i) {
-            CharT const c = text[i];
-            switch (c) {
-            case '\n':
-                *p++ = '\\';
-                *p++ = 'n';
-                break;
-            case '\r':
-                *p++ = '\\';
-                *p++ = 'r';
-                break;
-            case '"':
-            case '\\':
-                *p++ = c;
-                *p++ = c;
-                break;
-            default:
-                *p++ = c;
-            }
-        }
-    }
-    *p = '"';
 }
 
 template <class CharT> bool SkipsBlank(CharT c, CharT cSep) {
@@ -141,14 +83,6 @@ char* VTRConvertToCSVString(char const* pszText) {
 
 wchar_t* VTRConvertToCSVStringW(wchar_t const* pszText) {
     return Convert(pszText);
-}
-
-void VTRAppendCSVField(std::string& out, char const* pszText) {
-    Append(out, pszText);
-}
-
-void VTRAppendCSVField(std::wstring& out, wchar_t const* pszText) {
-    Append(out, pszText);
 }
 
 bool VTRParseNextCSVField(char const*& pszCursor, char* pszField, char cSep) {

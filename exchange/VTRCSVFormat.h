@@ -11,7 +11,6 @@
 #include <windows.h>
 
 #include <cstdio>
-#include <string>
 
 // The separators offered to the user, in their order, with their combo box item data.
 struct VTRCSVSeparator {
@@ -25,9 +24,28 @@ VTR_API extern VTRCSVSeparator const g_VTRCSVSeparators[4];
 VTR_API char* VTRConvertToCSVString(char const* pszText);
 VTR_API wchar_t* VTRConvertToCSVStringW(wchar_t const* pszText);
 
-// Appends the quoted, escaped field to out without allocating per field (the export's fast path).
-VTR_API void VTRAppendCSVField(std::string& out, char const* pszText);
-VTR_API void VTRAppendCSVField(std::wstring& out, wchar_t const* pszText);
+// Writes character c of a field at p as the writer escapes it (one or two characters); returns the
+// place behind it. Text of the code page goes byte by byte.
+template <class CharT> inline CharT* VTRPutCSVChar(CharT* p, unsigned int c) {
+    switch (c) {
+    case '\n':
+        *p++ = '\\';
+        *p++ = 'n';
+        break;
+    case '\r':
+        *p++ = '\\';
+        *p++ = 'r';
+        break;
+    case '"':
+    case '\\':
+        *p++ = static_cast<CharT>(c);
+        *p++ = static_cast<CharT>(c);
+        break;
+    default:
+        *p++ = static_cast<CharT>(c);
+    }
+    return p;
+}
 
 // Reads one field from the cursor into pszField, which must be as large as the rest of the line.
 // False when the line holds no further field; the cursor then stands at its end.

@@ -17,33 +17,9 @@ size_t const kPieceBytes = 256 * 1024;
 size_t const kSlackBytes = 4096;
 size_t const kMaxNarrowField = 1023;
 
-// The second character of an escape for the ASCII characters that have one; the first is '"' for a
-// quote and '\' for the others.
-struct EscapeTable {
-    char acSecond[128] = {};
-    EscapeTable() {
-        acSecond[static_cast<unsigned char>('\n')] = 'n';
-        acSecond[static_cast<unsigned char>('\r')] = 'r';
-        acSecond[static_cast<unsigned char>('"')] = '"';
-        acSecond[static_cast<unsigned char>('\\')] = '\\';
-    }
-};
-EscapeTable const g_escape;
-
 DWORD ConvertFlags(UINT cp) {
     // The UTF code pages refuse every flag but WC_ERR_INVALID_CHARS.
     return (cp == CP_UTF8 || cp == CP_UTF7) ? 0 : WC_COMPOSITECHECK;
-}
-
-template <class CharT> CharT* PutEscaped(CharT* p, unsigned int c) {
-    char const second = c < 0x80 ? g_escape.acSecond[c] : 0;
-    if (second) {
-        *p++ = static_cast<CharT>(c == '"' ? '"' : '\\');
-        *p++ = static_cast<CharT>(second);
-    } else {
-        *p++ = static_cast<CharT>(c);
-    }
-    return p;
 }
 
 } // namespace
@@ -128,7 +104,7 @@ void VTRCSVSink::FieldNarrow(wchar_t const* pszText) {
     char* p = m_pcCur;
     *p++ = '"';
     for (char const* s = m_szConv; *s; ++s)
-        p = PutEscaped(p, static_cast<unsigned char>(*s));
+        p = VTRPutCSVChar(p, static_cast<unsigned char>(*s));
     *p++ = '"';
     m_pcCur = p;
 }
@@ -142,7 +118,7 @@ bool VTRCSVSink::AsciiField(wchar_t const* pszText) {
         wchar_t const c = pszText[i];
         if (c >= 0x80)
             return false;
-        p = PutEscaped(p, c);
+        p = VTRPutCSVChar(p, c);
     }
     *p++ = '"';
     m_pcCur = p;
@@ -157,7 +133,7 @@ void VTRCSVSink::FieldWide(wchar_t const* pszText) {
         // Each character takes at most two; one place stays for the closing quote.
         size_t room = (static_cast<size_t>(m_pcEnd - reinterpret_cast<char*>(p)) / sizeof(wchar_t) - 1) / 2;
         for (; room && *pszText; --room, ++pszText)
-            p = PutEscaped(p, *pszText);
+            p = VTRPutCSVChar(p, *pszText);
         m_pcCur = reinterpret_cast<char*>(p);
         if (*pszText) {
             Flush();
