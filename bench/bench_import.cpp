@@ -265,7 +265,8 @@ int main(int argc, char** argv) {
         }
         virt.UnAssign();
     }
-    {
+    // Without the longer file its imports are left out: a failed import would wait for an answer.
+    if (mb4 > 0) {
         CountingVirtual virt;
         virt.Assign(hVirt);
         auto t0 = std::chrono::steady_clock::now();
@@ -297,7 +298,7 @@ int main(int argc, char** argv) {
                                   nullptr, nullptr);
     VTRBListViewStoreData store4;
     bool ok4 = false;
-    double const tStore4 = ImportStore(hList4, store4, path4.c_str(), ok4);
+    double const tStore4 = mb4 > 0 ? ImportStore(hList4, store4, path4.c_str(), ok4) : 0;
     store4.UnAssign();
 
     // The same import with every row dropped before insertion: the control's share is the difference.

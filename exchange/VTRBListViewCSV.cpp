@@ -13,7 +13,6 @@
 #include <cstring>
 #include <cwchar>
 #include <new>
-#include <string>
 #include <vector>
 
 // ---------------------------------------------------------------- text format
