@@ -2,6 +2,7 @@
 // shared text format of VTRCSVFormat.
 #include "exchange/VTRCSVFormat.h"
 #include "exchange/VTRCSVSink.h"
+#include "frame/VTRCodePage.h"
 #include "frame/VTRStringIds.h"
 #include "frame/VTRStringTable.h"
 #include "listview/VTRBListView.h"

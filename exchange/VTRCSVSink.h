@@ -8,10 +8,6 @@
 #include <cstdio>
 #include <memory>
 
-// The text in the current code page, cut to what fits into size bytes of out (never half of a
-// surrogate pair); always terminated.
-void VTRToCodePage(wchar_t const* pszText, char* out, int size);
-
 class VTRCSVSink {
 public:
     VTRCSVSink(FILE* fp, bool bWide);

@@ -1,6 +1,6 @@
 #include "stores/VTRBListViewVirtual.h"
 
-#include "NVLanguage.h"
+#include "frame/VTRCodePage.h"
 
 VTRBListViewVirtual::VTRBListViewVirtual() = default;
 VTRBListViewVirtual::~VTRBListViewVirtual() = default;
@@ -52,10 +52,7 @@ void VTRBListViewVirtual::OnGetDispInfo(NMHDR* pHdr, bool bWide) {
         if (bWide) {
             item.pszText = m_wszText;
         } else {
-            UINT const cp = static_cast<UINT>(NVGetCurCodePage());
-            DWORD const dwFlags = (cp == CP_UTF8 || cp == CP_UTF7) ? 0 : WC_COMPOSITECHECK;
-            if (!WideCharToMultiByte(cp, dwFlags, m_wszText, -1, m_szText, sizeof m_szText, nullptr, nullptr))
-                m_szText[sizeof m_szText - 1] = 0;
+            VTRToCodePage(m_wszText, m_szText, sizeof m_szText);
             reinterpret_cast<LVITEMA&>(item).pszText = m_szText;
         }
     }

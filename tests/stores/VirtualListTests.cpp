@@ -1,10 +1,13 @@
 #include "listview/ListFixture.h"
 #include "stores/VTRBListViewVirtual.h"
 
+#include "NVLanguage.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cwchar>
+#include <string>
 #include <vector>
 
 using lvtest::ListHost;
@@ -125,4 +128,36 @@ TEST(VirtualList, SortingIsHandedToTheClientWithAllThreeKeys) {
     SendMessageW(h.hList, LVM_ENSUREVISIBLE, 0, FALSE);
     ASSERT_TRUE(h.list.Resort(true));
     EXPECT_EQ(0, SendMessageW(h.hList, LVM_GETTOPINDEX, 0, 0));
+}
+
+namespace {
+
+class LongText : public VTRBListViewVirtual {
+public:
+    std::wstring text;
+    void OnNeedText(int, int, wchar_t* pszBuf) override { wcsncpy(pszBuf, text.c_str(), 1023); }
+};
+
+struct Utf8CodePage {
+    Utf8CodePage() { NVSetCurCodePage(CP_UTF8); }
+    ~Utf8CodePage() { NVSetCurCodePage(0); }
+};
+
+} // namespace
+
+// An 8-bit parent gets as many whole characters as its buffer holds, never half of one.
+TEST(VirtualList, EightBitTextLongerThanTheBufferIsCutBetweenCharacters) {
+    Utf8CodePage utf8;
+    ListHost<LongText> h(kOwnerData);
+    ASSERT_TRUE(TwoCols(h.list));
+    ASSERT_TRUE(h.list.SetItemCount(1));
+    h.list.text = L"ab" + std::wstring(700, L'\u00e9'); // 1402 bytes in UTF-8
+    std::string const cut = h.AskTextA(0, 1);
+    std::string expected = "ab";
+    while (expected.size() + 2 <= 1023)
+        expected += "\xc3\xa9";
+    EXPECT_EQ(expected.size(), cut.size());
+    EXPECT_TRUE(expected == cut) << "ends in " << cut.substr(cut.size() > 4 ? cut.size() - 4 : 0);
+    h.list.text = L"short \u00e9";
+    EXPECT_EQ("short \xc3\xa9", h.AskTextA(0, 1));
 }
